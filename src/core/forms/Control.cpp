@@ -108,6 +108,10 @@ Control::Control(Form& form, ControlKind kind, QString name, int index)
         props_.insert(QStringLiteral("Value"), 0);
     if (kind == ControlKind::Menu)
         props_.insert(QStringLiteral("Checked"), false);
+    if (kind == ControlKind::DirList)
+        props_.insert(QStringLiteral("Path"), QString());
+    if (kind == ControlKind::DriveList)
+        props_.insert(QStringLiteral("Drive"), QString());
     if (kind == ControlKind::Timer) {
         props_.insert(QStringLiteral("Enabled"), false);
         props_.insert(QStringLiteral("Interval"), 0);
@@ -328,6 +332,9 @@ void Control::set(const QString& name, const QVariant& value, const QVariantList
             else if (old.metaType().id() == QMetaType::QString)
                 v = vb::toText(value);
             setProp(key, v);
+            // A folder or drive list fires Change when its path or drive changes.
+            if ((kind_ == ControlKind::DirList && is(key, "Path")) || (kind_ == ControlKind::DriveList && is(key, "Drive")))
+                fire(QStringLiteral("Change"));
             return;
         }
     if (inner)

@@ -1,0 +1,11 @@
+#pragma once
+
+namespace tessaly {
+
+class Form;
+
+// Adds the menu bar of the main window and its hidden pop-up menu, every
+// entry with its caption, check mark, enabled state and visibility, in order.
+void addMainMenus(Form& form);
+
+} // namespace tessaly

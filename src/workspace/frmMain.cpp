@@ -30,6 +30,7 @@ frmMain::frmMain(Application& app)
       POLARDraw2(add(ControlKind::Canvas, QStringLiteral("POLARDraw2"))),
       lstShapeList(add(ControlKind::ListBox, QStringLiteral("lstShapeList"))),
       cboTemplates(add(ControlKind::ComboBox, QStringLiteral("cboTemplates"))), app_(app) {
+    endsProcessOnUnload = true;
     buildControls();
     registerMembers();
     onForm(QStringLiteral("Load"), [this](EventArgs&) { Form_Load(); });
@@ -166,8 +167,6 @@ void frmMain::Form_Unload() {
     // A project plan is saved without a question, and a changed free drawing
     // asks first; both come with the drawing canvas and the project save.
     app_.CloseDatabase();
-    app_.releaseInstanceLock();
-    app_.endProcess();
 }
 
 void frmMain::mnuEdit_CreateGuide_Click() {

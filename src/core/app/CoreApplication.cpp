@@ -23,6 +23,11 @@ void CoreApplication::releaseInstanceLock() {
     lock_.reset();
 }
 
+void CoreApplication::endProcess() {
+    releaseInstanceLock();
+    ApplicationBase::endProcess();
+}
+
 bool CoreApplication::Main() {
     // 1. A second instance on the same home ends at once, without a word.
     lock_ = std::make_unique<QLockFile>(home.lockPath());

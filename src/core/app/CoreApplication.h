@@ -54,6 +54,8 @@ public:
     // Whether this run holds the single-instance lock of its home.
     bool holdsInstanceLock() const { return lock_ && lock_->isLocked(); }
     void releaseInstanceLock();
+    // The end of the process also gives up the single-instance lock.
+    void endProcess() override;
 
 private:
     void registerNames();

@@ -72,6 +72,9 @@ bool ApplicationBase::unload(Form& f) {
     f.setVisible(false);
     ui.unloadForm(f);
     unloaded_.push_back(std::move(keep));
+    // The process lives for as long as a window of it is loaded.
+    if (f.endsProcessOnUnload || forms_.empty())
+        endProcess();
     // The form that was under a closed modal one becomes active again.
     if (!modal_.empty())
         modal_.back()->raiseFormEvent(QStringLiteral("Activate"));

@@ -68,7 +68,7 @@ public:
 
     // The process ends when the last of Tessaly's main windows unloads.
     bool ended() const { return ended_; }
-    void endProcess();
+    virtual void endProcess();
 
     // Global routines and module variables by name (script driver, call and print).
     void routine(const QString& name, Routine routine);

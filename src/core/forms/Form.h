@@ -77,6 +77,9 @@ public:
     int scaleHeight() const { return scaleHeight_; }
     void setSize(int width, int height, int innerWidth, int innerHeight);
 
+    // The process ends when this form unloads (the main window).
+    bool endsProcessOnUnload = false;
+
     bool visible() const { return visible_; }
     void setVisible(bool on);
 

@@ -1,5 +1,6 @@
 #include "SettingsStore.h"
 
+#include <QFileDevice>
 #include <QFileInfo>
 #include <QSettings>
 
@@ -41,6 +42,13 @@ bool SettingsStore::contains(const QString& key, const QString& name) const {
 }
 
 bool SettingsStore::write(const QString& key, const QString& name, const QString& value) {
+    // A store whose file is marked read-only refuses writes, for every user,
+    // as the registry key refused them to a user without write access.
+    const QFileInfo info(path_);
+    const auto writeBits = QFileDevice::WriteOwner | QFileDevice::WriteUser | QFileDevice::WriteGroup |
+                           QFileDevice::WriteOther;
+    if (info.exists() && !(info.permissions() & writeBits))
+        return false;
     QSettings s(path_, QSettings::IniFormat);
     if (!s.isWritable())
         return false;

@@ -195,4 +195,30 @@ QImage decode(const char* header, qsizetype headerSize, const char* bits, qsizet
     return image;
 }
 
+QImage decodePacked(const char* data, qsizetype size) {
+    ByteReader r(data, size);
+    const uint32_t headerSize = r.u32At(0);
+    qsizetype tableBytes = 0;
+    if (headerSize == CoreHeaderSize) {
+        const uint16_t bitCount = r.u16At(10);
+        tableBytes = bitCount <= 8 ? 3 * (qsizetype(1) << bitCount) : 0;
+    } else {
+        if (headerSize < InfoHeaderSize || headerSize > static_cast<uint64_t>(size))
+            raiseInvalidPicture("bitmap header size");
+        const uint16_t bitCount = r.u16At(14);
+        const uint32_t compression = r.u32At(16);
+        const uint32_t used = r.u32At(32);
+        if (bitCount <= 8)
+            tableBytes = 4 * static_cast<qsizetype>(used != 0 && used < (1U << bitCount) ? used : (1U << bitCount));
+        if (compression == gdi::BiBitfields && headerSize == InfoHeaderSize)
+            tableBytes = 12;
+    }
+    const qsizetype bitsOffset = headerSize + tableBytes;
+    if (bitsOffset > size)
+        raiseInvalidPicture("bitmap colour table");
+    return decode(data, bitsOffset, data + bitsOffset, size - bitsOffset);
+}
+
+QByteArray packed24(const QImage& image) { return infoHeader24(image) + bits24(image); }
+
 } // namespace tessaly::metafile::dib

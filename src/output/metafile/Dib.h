@@ -23,5 +23,11 @@ QByteArray bits24(const QImage& image);
 // that is damaged or bits shorter than the header promises.
 QImage decode(const char* header, qsizetype headerSize, const char* bits, qsizetype bitsSize);
 
+// Decodes a packed DIB (header, colour table and bits in one block), as
+// old-style metafile records carry it.
+QImage decodePacked(const char* data, qsizetype size);
+// A packed 24-bit DIB of the image.
+QByteArray packed24(const QImage& image);
+
 } // namespace dib
 } // namespace tessaly::metafile

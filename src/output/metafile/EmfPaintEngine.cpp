@@ -471,9 +471,9 @@ void EmfPaintEngine::drawRects(const QRectF* rects, int rectCount) {
         realizePen();
         realizeBrush();
         const QRectF mapped = transform_.mapRect(rects[i]);
-        // GDI leaves out the right and bottom edge of the box; an outlined
-        // rectangle therefore reaches one unit further.
-        const int extra = hasPen() ? 1 : 0;
+        // GDI leaves out the right and bottom edge of the box, so the box
+        // reaches one unit further than the rectangle Qt draws.
+        const int extra = 1;
         const QPoint topLeft(roundToInt(mapped.left()), roundToInt(mapped.top()));
         const QPoint bottomRight(roundToInt(mapped.right()) + extra, roundToInt(mapped.bottom()) + extra);
         rectangleRecord(emr::Rectangle, QRect(topLeft, bottomRight - QPoint(1, 1)));
@@ -491,7 +491,7 @@ void EmfPaintEngine::drawEllipse(const QRectF& rect) {
     realizePen();
     realizeBrush();
     const QRectF mapped = transform_.mapRect(rect);
-    const int extra = hasPen() ? 1 : 0;
+    const int extra = 1; // GDI leaves out the right and bottom edge of the box
     const QPoint topLeft(roundToInt(mapped.left()), roundToInt(mapped.top()));
     const QPoint bottomRight(roundToInt(mapped.right()) + extra, roundToInt(mapped.bottom()) + extra);
     rectangleRecord(emr::Ellipse, QRect(topLeft, bottomRight - QPoint(1, 1)));

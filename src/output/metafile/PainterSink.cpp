@@ -1,0 +1,266 @@
+#include "PainterSink.h"
+
+#include "RecordTypes.h"
+
+#include <QFontMetricsF>
+#include <algorithm>
+#include <cmath>
+
+namespace tessaly::metafile {
+
+namespace {
+
+// Largest font height drawn, in device units; larger ones come from damage.
+constexpr double MaxFontPixels = 10000;
+// Largest number of dash entries taken from a pen.
+constexpr size_t MaxDashes = 16;
+
+Qt::BrushStyle hatchStyle(uint32_t hatch) {
+    switch (hatch) {
+    case gdi::HsHorizontal:
+        return Qt::HorPattern;
+    case gdi::HsVertical:
+        return Qt::VerPattern;
+    case gdi::HsFDiagonal:
+        return Qt::FDiagPattern;
+    case gdi::HsBDiagonal:
+        return Qt::BDiagPattern;
+    case gdi::HsCross:
+        return Qt::CrossPattern;
+    default:
+        return Qt::DiagCrossPattern;
+    }
+}
+
+} // namespace
+
+PainterSink::PainterSink(QPainter& painter, const QTransform& deviceToTarget) : painter_(painter) {
+    painter_.save();
+    base_ = deviceToTarget * painter_.transform();
+    painter_.setTransform(base_);
+    painter_.setPen(QPen(Qt::black, 0));
+    painter_.setBrush(Qt::white);
+}
+
+PainterSink::~PainterSink() { painter_.restore(); }
+
+void PainterSink::setPen(const PenSpec& spec) {
+    if (spec.null) {
+        pen_ = QPen(Qt::NoPen);
+        return;
+    }
+    QPen pen(spec.colour, std::clamp(spec.width, 0.0, 1e6));
+    switch (spec.style & gdi::PsStyleMask) {
+    case gdi::PsDash:
+        pen.setStyle(Qt::DashLine);
+        break;
+    case gdi::PsDot:
+        pen.setStyle(Qt::DotLine);
+        break;
+    case gdi::PsDashDot:
+        pen.setStyle(Qt::DashDotLine);
+        break;
+    case gdi::PsDashDotDot:
+        pen.setStyle(Qt::DashDotDotLine);
+        break;
+    case gdi::PsUserStyle:
+        if (!spec.dashes.empty() && spec.dashes.size() <= MaxDashes) {
+            const double unit = spec.width > 0 ? spec.width : 1.0;
+            QList<qreal> pattern;
+            for (double d : spec.dashes)
+                pattern.append(std::max(0.01, d / unit));
+            if (pattern.size() % 2 != 0)
+                pattern.append(pattern.last());
+            pen.setDashPattern(pattern);
+        }
+        break;
+    default:
+        break;
+    }
+    switch (spec.style & gdi::PsEndcapMask) {
+    case gdi::PsEndcapFlat:
+        pen.setCapStyle(Qt::FlatCap);
+        break;
+    case gdi::PsEndcapSquare:
+        pen.setCapStyle(Qt::SquareCap);
+        break;
+    default:
+        pen.setCapStyle(Qt::RoundCap);
+        break;
+    }
+    switch (spec.style & gdi::PsJoinMask) {
+    case gdi::PsJoinMiter:
+        pen.setJoinStyle(Qt::MiterJoin);
+        break;
+    case gdi::PsJoinBevel:
+        pen.setJoinStyle(Qt::BevelJoin);
+        break;
+    default:
+        pen.setJoinStyle(Qt::RoundJoin);
+        break;
+    }
+    pen_ = pen;
+}
+
+void PainterSink::setBrush(const BrushSpec& spec) {
+    hatched_ = false;
+    switch (spec.kind) {
+    case BrushSpec::Kind::Null:
+        brush_ = QBrush(Qt::NoBrush);
+        break;
+    case BrushSpec::Kind::Hatched:
+        brush_ = QBrush(spec.colour, hatchStyle(spec.hatch));
+        hatched_ = true;
+        break;
+    case BrushSpec::Kind::Pattern:
+        brush_ = spec.pattern.isNull() ? QBrush(spec.colour) : QBrush(spec.pattern);
+        break;
+    default:
+        brush_ = QBrush(spec.colour);
+        break;
+    }
+}
+
+void PainterSink::setFont(const FontSpec& spec) {
+    QFont font(spec.face);
+    double height = std::abs(spec.height);
+    if (!std::isfinite(height) || height < 1)
+        height = 16; // GDI's default when the height is 0
+    height = std::min(height, MaxFontPixels);
+    if (spec.height > 0) {
+        // A cell height: the em height is the part of it above the descent.
+        font.setPixelSize(100);
+        const QFontMetricsF m(font);
+        height *= 100.0 / std::max(1.0, m.ascent() + m.descent());
+    }
+    font.setPixelSize(std::max(1, static_cast<int>(std::lround(height))));
+    font.setWeight(static_cast<QFont::Weight>(std::clamp(spec.weight == 0 ? 400 : spec.weight, 1, 1000)));
+    font.setItalic(spec.italic);
+    font.setUnderline(spec.underline);
+    font.setStrikeOut(spec.strikeOut);
+    font_ = font;
+    fontEm_ = height;
+    escapement_ = spec.escapement;
+}
+
+void PainterSink::setBackground(const QColor& colour, bool opaque) {
+    bkColour_ = colour;
+    opaque_ = opaque;
+}
+
+void PainterSink::setClip(const std::optional<QPainterPath>& clip) {
+    if (clip)
+        painter_.setClipPath(*clip);
+    else
+        painter_.setClipping(false);
+}
+
+void PainterSink::fillAndStroke(const QPainterPath& figure, bool stroke, bool fill) {
+    if (fill && hatched_ && opaque_) {
+        painter_.setPen(Qt::NoPen);
+        painter_.setBrush(bkColour_);
+        painter_.drawPath(figure);
+    }
+    painter_.setPen(stroke ? pen_ : QPen(Qt::NoPen));
+    painter_.setBrush(fill ? brush_ : QBrush(Qt::NoBrush));
+    painter_.drawPath(figure);
+}
+
+void PainterSink::polyline(const QPolygonF& points) {
+    painter_.setPen(pen_);
+    painter_.setBrush(Qt::NoBrush);
+    painter_.drawPolyline(points);
+}
+
+void PainterSink::polyPolygon(const QList<QPolygonF>& polygons) {
+    QPainterPath figure;
+    figure.setFillRule(fillRule_);
+    for (const QPolygonF& p : polygons) {
+        figure.addPolygon(p);
+        figure.closeSubpath();
+    }
+    fillAndStroke(figure, true, true);
+}
+
+void PainterSink::rectangle(const QRectF& box) {
+    QPainterPath figure;
+    figure.addRect(QRectF(box.topLeft(), box.size() - QSizeF(1, 1)));
+    fillAndStroke(figure, true, true);
+}
+
+void PainterSink::roundRect(const QRectF& box, const QSizeF& corner) {
+    QPainterPath figure;
+    figure.addRoundedRect(QRectF(box.topLeft(), box.size() - QSizeF(1, 1)), corner.width() / 2, corner.height() / 2);
+    fillAndStroke(figure, true, true);
+}
+
+void PainterSink::ellipse(const QRectF& box) {
+    QPainterPath figure;
+    figure.addEllipse(QRectF(box.topLeft(), box.size() - QSizeF(1, 1)));
+    fillAndStroke(figure, true, true);
+}
+
+void PainterSink::path(const QPainterPath& figure, bool stroke, bool fill) { fillAndStroke(figure, stroke, fill); }
+
+void PainterSink::text(const QPointF& reference, const QString& text, const std::vector<double>& advances,
+                       uint32_t options, const QRectF& box) {
+    if (options & gdi::EtoOpaque && box.isValid())
+        painter_.fillRect(box, bkColour_);
+    painter_.save();
+    if (options & gdi::EtoClipped && box.isValid())
+        painter_.setClipRect(box, Qt::IntersectClip);
+    painter_.setFont(font_);
+    const QFontMetricsF metrics(font_);
+    double width = 0;
+    if (advances.size() == static_cast<size_t>(text.size()))
+        for (double a : advances)
+            width += a;
+    else
+        width = metrics.horizontalAdvance(text);
+    painter_.translate(reference);
+    if (escapement_ != 0)
+        painter_.rotate(-escapement_ / 10.0);
+    double x = 0;
+    switch (textAlign_ & gdi::TaHorizontalMask) {
+    case gdi::TaRight:
+        x = -width;
+        break;
+    case gdi::TaCenter:
+        x = -width / 2;
+        break;
+    default:
+        break;
+    }
+    double y = 0;
+    switch (textAlign_ & gdi::TaVerticalMask) {
+    case gdi::TaBaseline:
+        break;
+    case gdi::TaBottom:
+        y = -metrics.descent();
+        break;
+    default:
+        y = metrics.ascent();
+        break;
+    }
+    if (opaque_)
+        painter_.fillRect(QRectF(x, y - metrics.ascent(), width, metrics.ascent() + metrics.descent()), bkColour_);
+    painter_.setPen(textColour_);
+    if (advances.size() == static_cast<size_t>(text.size())) {
+        for (qsizetype i = 0; i < text.size(); ++i) {
+            painter_.drawText(QPointF(x, y), QString(text[i]));
+            x += advances[static_cast<size_t>(i)];
+        }
+    } else {
+        painter_.drawText(QPointF(x, y), text);
+    }
+    painter_.restore();
+}
+
+void PainterSink::image(const QRectF& destination, const QImage& picture, const QTransform& transform) {
+    painter_.save();
+    painter_.setTransform(transform * base_);
+    painter_.drawImage(destination, picture);
+    painter_.restore();
+}
+
+} // namespace tessaly::metafile

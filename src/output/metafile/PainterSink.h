@@ -1,0 +1,59 @@
+#pragma once
+
+#include "GdiSink.h"
+
+#include <QFont>
+#include <QPainter>
+#include <QTransform>
+
+namespace tessaly::metafile {
+
+// Draws what a metafile reader hands on with a QPainter. Coordinates are
+// device units of the metafile; `deviceToTarget` places them on the painter.
+class PainterSink final : public GdiSink {
+public:
+    PainterSink(QPainter& painter, const QTransform& deviceToTarget);
+    ~PainterSink() override;
+    PainterSink(const PainterSink&) = delete;
+    PainterSink& operator=(const PainterSink&) = delete;
+
+    void setPen(const PenSpec& pen) override;
+    void setBrush(const BrushSpec& brush) override;
+    void setFont(const FontSpec& font) override;
+    void setTextColour(const QColor& colour) override { textColour_ = colour; }
+    void setBackground(const QColor& colour, bool opaque) override;
+    void setTextAlign(uint32_t align) override { textAlign_ = align; }
+    void setFillRule(Qt::FillRule rule) override { fillRule_ = rule; }
+    void setClip(const std::optional<QPainterPath>& clip) override;
+
+    void polyline(const QPolygonF& points) override;
+    void polyPolygon(const QList<QPolygonF>& polygons) override;
+    void rectangle(const QRectF& box) override;
+    void roundRect(const QRectF& box, const QSizeF& corner) override;
+    void ellipse(const QRectF& box) override;
+    void path(const QPainterPath& path, bool stroke, bool fill) override;
+    void text(const QPointF& reference, const QString& text, const std::vector<double>& advances,
+              uint32_t options, const QRectF& box) override;
+    void image(const QRectF& destination, const QImage& image, const QTransform& transform) override;
+
+private:
+    // Fills and outlines a figure, laying the background under a hatch when
+    // the background mode is opaque.
+    void fillAndStroke(const QPainterPath& figure, bool stroke, bool fill);
+
+    QPainter& painter_;
+    QTransform base_;
+    QPen pen_;
+    QBrush brush_;
+    bool hatched_ = false;
+    QFont font_;
+    double fontEm_ = 16;
+    int escapement_ = 0;
+    QColor textColour_ = Qt::black;
+    QColor bkColour_ = Qt::white;
+    bool opaque_ = true;
+    uint32_t textAlign_ = 0;
+    Qt::FillRule fillRule_ = Qt::OddEvenFill;
+};
+
+} // namespace tessaly::metafile

@@ -45,8 +45,9 @@ bool SettingsStore::write(const QString& key, const QString& name, const QString
     // A store whose file is marked read-only refuses writes, for every user,
     // as the registry key refused them to a user without write access.
     const QFileInfo info(path_);
-    const auto writeBits = QFileDevice::WriteOwner | QFileDevice::WriteUser | QFileDevice::WriteGroup |
-                           QFileDevice::WriteOther;
+    // The mode bits alone: the "user" bits say what this process may do,
+    // and that is everything for the superuser.
+    const auto writeBits = QFileDevice::WriteOwner | QFileDevice::WriteGroup | QFileDevice::WriteOther;
     if (info.exists() && !(info.permissions() & writeBits))
         return false;
     QSettings s(path_, QSettings::IniFormat);

@@ -1,0 +1,140 @@
+#include "DataGridModel.h"
+
+#include "BoundField.h"
+#include "DataControl.h"
+#include "core/runtime/RuntimeError.h"
+#include "core/runtime/Vb.h"
+
+#include <QLocale>
+
+namespace tessaly::db {
+
+DataGridModel::DataGridModel(DataControl& control, QList<GridColumn> columns, QObject* parent)
+    : QAbstractTableModel(parent), control_(control), columns_(std::move(columns)) {
+    listener_ = control_.recordset().addListener([this](const RecordsetEvent& e) { onEvent(e); });
+}
+
+DataGridModel::~DataGridModel() {
+    control_.recordset().removeListener(listener_);
+}
+
+void DataGridModel::onEvent(const RecordsetEvent& event) {
+    switch (event.kind) {
+    case RecordsetEvent::Kind::Reset:
+        beginResetModel();
+        endResetModel();
+        break;
+    case RecordsetEvent::Kind::RecordChanged:
+        if (event.reason == adRsnUpdate || event.reason == adRsnUndoUpdate) {
+            const int row = currentRow();
+            if (row >= 0)
+                emit dataChanged(index(row, 0), index(row, columnCount() - 1));
+        } else {
+            beginResetModel();
+            endResetModel();
+        }
+        break;
+    case RecordsetEvent::Kind::MoveComplete:
+        if (event.reason == adRsnAddNew) {
+            beginResetModel();
+            endResetModel();
+        }
+        emit currentRowChanged(currentRow());
+        break;
+    }
+}
+
+int DataGridModel::rowCount(const QModelIndex& parent) const {
+    if (parent.isValid())
+        return 0;
+    Recordset& rs = control_.recordset();
+    return rs.State() == adStateOpen ? rs.RecordCount() : 0;
+}
+
+int DataGridModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(columns_.size());
+}
+
+QString DataGridModel::displayText(const QVariant& value, GridColumn::Format format) const {
+    if (!value.isValid() || value.isNull())
+        return QString();
+    switch (format) {
+    case GridColumn::Format::Currency:
+        return QLocale(QLocale::English, QLocale::UnitedKingdom).toCurrencyString(value.toDouble());
+    case GridColumn::Format::Date:
+        return boundText(value, static_cast<int>(FieldType::Date));
+    case GridColumn::Format::General:
+        break;
+    }
+    return vb::toText(value);
+}
+
+QVariant DataGridModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::EditRole))
+        return QVariant();
+    Recordset& rs = control_.recordset();
+    if (rs.State() != adStateOpen || index.row() >= rs.RecordCount() || index.column() >= columns_.size())
+        return QVariant();
+    const GridColumn& column = columns_[index.column()];
+    const int ordinal = rs.FieldOrdinal(column.dataField);
+    if (ordinal < 0)
+        return QVariant();
+    const QVariant value = rs.rowValue(index.row(), ordinal);
+    if (role == Qt::EditRole)
+        return value;
+    return displayText(value, column.format);
+}
+
+QVariant DataGridModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (role != Qt::DisplayRole)
+        return QVariant();
+    if (orientation == Qt::Horizontal)
+        return section >= 0 && section < columns_.size() ? QVariant(columns_[section].caption) : QVariant();
+    return QVariant(section + 1);
+}
+
+Qt::ItemFlags DataGridModel::flags(const QModelIndex& index) const {
+    if (!index.isValid())
+        return Qt::NoItemFlags;
+    Qt::ItemFlags f = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    if (index.column() < columns_.size() && columns_[index.column()].editable &&
+        control_.recordset().State() == adStateOpen && control_.recordset().isUpdatable())
+        f |= Qt::ItemIsEditable;
+    return f;
+}
+
+bool DataGridModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+    if (!index.isValid() || role != Qt::EditRole || !(flags(index) & Qt::ItemIsEditable))
+        return false;
+    Recordset& rs = control_.recordset();
+    try {
+        if (rs.AbsolutePosition() != index.row() + 1)
+            rs.setAbsolutePosition(index.row() + 1);
+        rs.setValue(columns_[index.column()].dataField, value);
+        rs.Update();
+    } catch (const RuntimeError& e) {
+        if (rs.State() == adStateOpen && rs.EditMode() == adEditInProgress)
+            rs.CancelUpdate();
+        emit writeFailed(e.number(), e.description());
+        return false;
+    }
+    emit dataChanged(index, index);
+    return true;
+}
+
+int DataGridModel::currentRow() const {
+    Recordset& rs = control_.recordset();
+    if (rs.State() != adStateOpen)
+        return -1;
+    const int position = rs.AbsolutePosition();
+    return position >= 1 ? position - 1 : -1;
+}
+
+void DataGridModel::setCurrentRow(int row) {
+    Recordset& rs = control_.recordset();
+    if (rs.State() != adStateOpen || row < 0 || row >= rs.RecordCount())
+        return;
+    rs.setAbsolutePosition(row + 1);
+}
+
+} // namespace tessaly::db

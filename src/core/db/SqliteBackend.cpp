@@ -1,0 +1,188 @@
+#include "SqliteBackend.h"
+
+#include "DbErrors.h"
+#include "ProjectSchema.h"
+#include "Values.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSqlQuery>
+
+namespace tessaly::db {
+
+namespace {
+
+// The first bytes of every SQLite file.
+constexpr char SqliteMagic[] = "SQLite format 3";
+constexpr int SqliteMagicLength = 16; // the text with its closing zero byte
+
+// The date and time of adding, as the column default gives it.
+const QString NowDefault = QStringLiteral("(strftime('%Y-%m-%d %H:%M:%S','now','localtime'))");
+
+bool hasSqliteHeader(const QString& hostPath) {
+    QFile f(hostPath);
+    if (!f.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray head = f.read(SqliteMagicLength);
+    return head == QByteArray(SqliteMagic, SqliteMagicLength);
+}
+
+QString columnType(const FieldDef& f) {
+    switch (f.type) {
+    case FieldType::Counter:
+        return QStringLiteral("INTEGER PRIMARY KEY AUTOINCREMENT");
+    case FieldType::Long:
+    case FieldType::Short:
+    case FieldType::Currency: // whole ten-thousandths
+        return QStringLiteral("INTEGER");
+    case FieldType::Boolean:
+        return QStringLiteral("INTEGER NOT NULL DEFAULT 0");
+    case FieldType::Date:
+        return f.defaultNow ? QStringLiteral("TEXT DEFAULT ") + NowDefault : QStringLiteral("TEXT");
+    case FieldType::Text:
+    case FieldType::Memo:
+    case FieldType::Variant:
+        return QStringLiteral("TEXT");
+    }
+    return QStringLiteral("TEXT");
+}
+
+} // namespace
+
+QString SqliteDialect::identifier(const QString& name, bool quoted) const {
+    return quoted ? quote(name) : name;
+}
+
+QString SqliteDialect::booleanLiteral(bool value) const {
+    return value ? QStringLiteral("-1") : QStringLiteral("0");
+}
+
+QString SqliteDialect::rowKeyColumn(const QString& table) const {
+    const TableDef* def = findTable(table);
+    return def ? def->rowKey() : QStringLiteral("rowid");
+}
+
+QVariant SqliteDialect::toStorage(FieldType type, const QVariant& neutral) const {
+    if (!neutral.isValid() || neutral.isNull())
+        return QVariant();
+    switch (type) {
+    case FieldType::Date:
+        return values::isoText(neutral.toDateTime());
+    case FieldType::Boolean:
+        return neutral.toBool() ? -1 : 0;
+    case FieldType::Currency:
+        return neutral.toLongLong();
+    default:
+        return neutral;
+    }
+}
+
+QVariant SqliteDialect::fromStorage(FieldType type, const QVariant& stored) const {
+    if (!stored.isValid() || stored.isNull())
+        return QVariant();
+    switch (type) {
+    case FieldType::Counter:
+    case FieldType::Long:
+    case FieldType::Short:
+        return stored.toInt();
+    case FieldType::Text:
+    case FieldType::Memo:
+        return stored.toString();
+    case FieldType::Date: {
+        if (stored.metaType().id() == QMetaType::QString) {
+            const QDateTime dt = values::fromIsoText(stored.toString());
+            return dt.isValid() ? QVariant(dt) : QVariant();
+        }
+        return values::dateFromSerial(stored.toDouble()); // a serial written by another program
+    }
+    case FieldType::Currency: {
+        if (stored.metaType().id() == QMetaType::LongLong || stored.metaType().id() == QMetaType::Int)
+            return stored.toLongLong();
+        return static_cast<qlonglong>(values::currencyFromVariant(stored));
+    }
+    case FieldType::Boolean:
+        return stored.toLongLong() != 0;
+    case FieldType::Variant:
+        return stored;
+    }
+    return stored;
+}
+
+QStringList SqliteDialect::createTable(const TableDef& table) const {
+    QStringList columns;
+    QStringList indexes;
+    for (const FieldDef& f : table.fields) {
+        QString col = quote(f.name) + QLatin1Char(' ') + columnType(f);
+        if (!f.references.isEmpty()) {
+            const TableDef* parent = findTable(f.references);
+            col += QStringLiteral(" REFERENCES %1(%2)").arg(quote(f.references), quote(parent->keyField));
+            if (f.cascade)
+                col += QStringLiteral(" ON DELETE CASCADE");
+        }
+        columns.append(col);
+        if (f.indexed)
+            indexes.append(
+                QStringLiteral("CREATE INDEX %1 ON %2(%3)")
+                    .arg(quote(table.name + QLatin1Char('_') + f.name), quote(table.name), quote(f.name)));
+    }
+    if (table.keyField.isEmpty())
+        columns.append(quote(HiddenRowKey) + QStringLiteral(" INTEGER PRIMARY KEY AUTOINCREMENT"));
+    QStringList statements;
+    statements.append(
+        QStringLiteral("CREATE TABLE %1 (%2)").arg(quote(table.name), columns.join(QStringLiteral(", "))));
+    statements.append(indexes);
+    return statements;
+}
+
+QString SqliteDialect::insertStatement(const QString& table, const QStringList& columns,
+                                       const QString&) const {
+    if (columns.isEmpty())
+        return QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(quote(table));
+    QStringList quoted;
+    QStringList marks;
+    for (const QString& c : columns) {
+        quoted.append(quote(c));
+        marks.append(QStringLiteral("?"));
+    }
+    return QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+        .arg(quote(table), quoted.join(QStringLiteral(", ")), marks.join(QStringLiteral(", ")));
+}
+
+SqliteBackend::SqliteBackend(const QString& hostPath, const QString& logicPath, int busyTimeoutMs)
+    : QtSqlBackend(QStringLiteral("QSQLITE")) {
+    const QFileInfo info(hostPath);
+    if (hostPath.isEmpty() || !info.isFile())
+        dberr::raiseProviderFailure(QStringLiteral("Could not find file '%1'.").arg(logicPath));
+    const QString unrecognized = QStringLiteral("Unrecognized database format '%1'.").arg(logicPath);
+    if (!hasSqliteHeader(hostPath))
+        dberr::raiseProviderFailure(unrecognized);
+    QSqlDatabase& db = database();
+    db.setDatabaseName(hostPath);
+    db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(busyTimeoutMs));
+    if (!db.open())
+        dberr::raiseProviderFailure(unrecognized);
+    try {
+        run(QStringLiteral("PRAGMA journal_mode=WAL"), dberr::ProviderFailure);
+        run(QStringLiteral("PRAGMA foreign_keys=ON"), dberr::ProviderFailure);
+        // Each Update's commit reaches the disk before Update returns.
+        run(QStringLiteral("PRAGMA synchronous=FULL"), dberr::ProviderFailure);
+        run(QStringLiteral("SELECT count(*) FROM sqlite_master"), dberr::ProviderFailure);
+    } catch (const std::exception&) {
+        close();
+        dberr::raiseProviderFailure(unrecognized);
+    }
+}
+
+QString SqliteBackend::beginStatement() const {
+    // The write lock is taken at once, so two programs writing at the same
+    // time wait for each other instead of failing when a read turns into a write.
+    return QStringLiteral("BEGIN IMMEDIATE");
+}
+
+void SqliteBackend::configureNew(QSqlDatabase& db) {
+    QSqlQuery q(db);
+    q.exec(QStringLiteral("PRAGMA journal_mode=WAL"));
+    q.exec(QStringLiteral("PRAGMA foreign_keys=ON"));
+}
+
+} // namespace tessaly::db

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "ControlWidget.h"
+
+#include <QSize>
+#include <QWidget>
+#include <map>
+#include <memory>
+
+class QAction;
+class QMenu;
+class QMenuBar;
+
+namespace tessaly {
+class Form;
+}
+
+namespace tessaly::ui {
+
+class MenuView;
+
+// The window of one form: a widget for each of its controls, placed by the
+// control's twips, and the form's menu bar. Model and widgets stay in step
+// both ways: the model tells the view of every property change, and what the
+// user does reaches the model as the events the platform fires. The view is
+// generic: it knows control kinds, never a particular window.
+class FormView final : public QWidget, public ViewSink {
+    Q_OBJECT
+public:
+    explicit FormView(Form& form, QWidget* parent = nullptr);
+    ~FormView() override;
+
+    // The form shown, or nullptr once the form is unloaded.
+    Form* form() const { return form_; }
+    // The form is going away: stop its timers and never touch it again.
+    void detach();
+
+    QWidget* widgetFor(const Control& control) const;
+    QObject* objectFor(const Control& control) const; // a timer's QTimer
+    QAction* actionFor(const Control& menuEntry) const;
+    QMenu* popupMenu(const QString& menuName) const;
+    QMenuBar* menuBar() const { return menuBar_; }
+    // The form's inner area, under the menu bar, where the controls sit.
+    QWidget* surface() const { return surface_; }
+
+    // The window's size in pixels when it first shows: the form's inner size
+    // with the menu bar on top.
+    QSize initialSize() const;
+    // Lays every control out again from its model.
+    void relayout();
+    // Moves the keyboard focus to the control that the form has focused.
+    void syncFocus();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    bool userInput(const std::function<void()>& step) override;
+    bool tick(const std::function<void()>& step) override;
+    bool deliver(const std::function<void()>& step, bool fromUser);
+
+    void build();
+    void bindControl(Control& control);
+    void placeInContainers();
+    void controlChanged(Control& control, const QString& property);
+    void applyShared(Control& control, QWidget* widget, const QString& property);
+    void applyFont(const Control& control, QWidget* widget);
+    void applyColours(const Control& control, QWidget* widget);
+    void formChanged(const QString& property);
+    void surfaceResized();
+    bool controlEvent(Control& control, QEvent* event);
+    bool keyPressed(Control& control, QEvent* event);
+
+    Form* form_;
+    QMenuBar* menuBar_ = nullptr;
+    QWidget* surface_ = nullptr;
+    std::unique_ptr<MenuView> menus_;
+    std::map<const Control*, ControlWidget> widgets_;
+    std::map<const QObject*, Control*> controlOf_;
+    QSize lastInner_;
+};
+
+} // namespace tessaly::ui

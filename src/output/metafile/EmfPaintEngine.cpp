@@ -136,6 +136,8 @@ bool EmfPaintEngine::begin(QPaintDevice* device) {
     penDirty_ = brushDirty_ = true;
     rec_.simpleRecord(emr::SetBkMode, {gdi::Transparent});
     rec_.simpleRecord(emr::SetTextAlign, {gdi::TaBaseline});
+    fillMode_ = gdi::Alternate;
+    rec_.simpleRecord(emr::SetPolyFillMode, {fillMode_});
     setActive(true);
     return true;
 }

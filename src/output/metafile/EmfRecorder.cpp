@@ -133,10 +133,11 @@ QByteArray EmfRecorder::headerRecord(uint32_t totalBytes, uint32_t totalRecords)
     w.i32(bounds.top());
     w.i32(bounds.right());
     w.i32(bounds.bottom());
-    w.i32(0);
-    w.i32(0);
-    w.i32(frameRight);
-    w.i32(frameBottom);
+    const QRect frame = frameOverride_.isNull() ? QRect(QPoint(0, 0), QPoint(frameRight, frameBottom)) : frameOverride_;
+    w.i32(frame.left());
+    w.i32(frame.top());
+    w.i32(frame.right());
+    w.i32(frame.bottom());
     w.u32(EmfSignature);
     w.u32(EmfVersion);
     w.u32(totalBytes);

@@ -23,6 +23,9 @@ public:
     // double NUL is added when missing).
     EmfRecorder(QSizeF frameMm, int dotsPerInch, QString description);
 
+    // Replaces the frame written in the header (0.01 mm, inclusive corners).
+    void setFrameHiMetric(const QRect& frame) { frameOverride_ = frame; }
+
     // The picture frame in device units.
     QSize deviceSize() const { return deviceSize_; }
     int dotsPerInch() const { return dotsPerInch_; }
@@ -66,6 +69,7 @@ private:
     std::vector<bool> used_{true}; // index 0 is reserved
     uint32_t handlesNeeded_ = 1;
     QRect bounds_;
+    QRect frameOverride_;
     bool finished_ = false;
     QByteArray result_;
 };

@@ -28,6 +28,9 @@ constexpr qsizetype MaxRecordOffset = 12;
 constexpr int FaceNameBytes = 32;
 // A clip of more pieces than this is kept as its bounding box.
 constexpr qsizetype MaxClipPieces = 256;
+// Largest coordinate of a picture scaled to fit the 16-bit range, leaving
+// room for pen widths and text beyond the bounds.
+constexpr double FitLimit = 32000.0;
 // Curves are flattened to lines within this many device units.
 constexpr double FlatnessScale = 1.0;
 
@@ -47,7 +50,14 @@ uint16_t penStyle(const PenSpec& pen) {
 
 } // namespace
 
-WmfWriter::WmfWriter(const QRect& bounds) : w_(out_) {
+WmfWriter::WmfWriter(const QRect& bounds, bool scaleToFit) : w_(out_) {
+    if (scaleToFit && bounds.isValid()) {
+        const double extent = std::max({std::abs(double(bounds.left())), std::abs(double(bounds.top())),
+                                         std::abs(double(bounds.right()) + 1), std::abs(double(bounds.bottom()) + 1),
+                                         double(bounds.width()), double(bounds.height())});
+        if (extent > FitLimit)
+            scale_ = FitLimit / extent;
+    }
     w_.u16(MemoryMetafile);
     w_.u16(HeaderWords);
     w_.u16(Version300);
@@ -83,7 +93,9 @@ void WmfWriter::end() {
     recordStart_ = -1;
 }
 
-int16_t WmfWriter::coordinate(double value) {
+int16_t WmfWriter::coordinate(double value) const { return checked(value * scale_); }
+
+int16_t WmfWriter::checked(double value) {
     const double rounded = std::round(value);
     if (!(rounded >= std::numeric_limits<int16_t>::min() && rounded <= std::numeric_limits<int16_t>::max()))
         raiseError(err::Overflow, QString(), QStringLiteral("ConvertEMFtoWMF"));
@@ -300,7 +312,7 @@ void WmfWriter::polyline(const QPolygonF& points) {
     realizePen();
     realizeAttributes(false);
     ByteWriter& w = begin(meta::Polyline);
-    w.i16(coordinate(static_cast<double>(points.size())));
+    w.i16(checked(static_cast<double>(points.size())));
     for (const QPointF& p : points)
         point(p);
     end();
@@ -311,16 +323,16 @@ void WmfWriter::drawPolygons(const QList<QPolygonF>& polygons) {
     realizeAttributes(false);
     if (polygons.size() == 1) {
         ByteWriter& w = begin(meta::Polygon);
-        w.i16(coordinate(static_cast<double>(polygons.first().size())));
+        w.i16(checked(static_cast<double>(polygons.first().size())));
         for (const QPointF& p : polygons.first())
             point(p);
         end();
         return;
     }
     ByteWriter& w = begin(meta::PolyPolygon);
-    w.i16(coordinate(static_cast<double>(polygons.size())));
+    w.i16(checked(static_cast<double>(polygons.size())));
     for (const QPolygonF& p : polygons)
-        w.i16(coordinate(static_cast<double>(p.size())));
+        w.i16(checked(static_cast<double>(p.size())));
     for (const QPolygonF& p : polygons)
         for (const QPointF& q : p)
             point(q);
@@ -393,7 +405,7 @@ void WmfWriter::text(const QPointF& reference, const QString& text, const std::v
     ByteWriter& w = begin(meta::ExtTextOut);
     w.i16(coordinate(reference.y()));
     w.i16(coordinate(reference.x()));
-    w.i16(coordinate(static_cast<double>(bytes.size())));
+    w.i16(checked(static_cast<double>(bytes.size())));
     w.u16(withBox ? wmfOptions : 0);
     if (withBox) {
         w.i16(coordinate(r.left()));
@@ -409,9 +421,9 @@ void WmfWriter::text(const QPointF& reference, const QString& text, const std::v
         double running = 0;
         double placed = 0;
         for (double a : advances) {
-            running += a;
+            running += a * scale_;
             const double next = std::round(running);
-            w.i16(coordinate(next - placed));
+            w.i16(checked(next - placed));
             placed = next;
         }
     }
@@ -424,12 +436,12 @@ void WmfWriter::image(const QRectF& destination, const QImage& picture, const QT
     ByteWriter& w = begin(meta::StretchDib);
     w.u32(gdi::SrcCopy);
     w.u16(static_cast<uint16_t>(gdi::DibRgbColors));
-    w.i16(coordinate(picture.height()));
-    w.i16(coordinate(picture.width()));
+    w.i16(checked(picture.height()));
+    w.i16(checked(picture.width()));
     w.i16(0);
     w.i16(0);
-    w.i16(coordinate(std::round(device.bottom()) - std::round(device.top())));
-    w.i16(coordinate(std::round(device.right()) - std::round(device.left())));
+    w.i16(checked(std::round(device.bottom() * scale_) - std::round(device.top() * scale_)));
+    w.i16(checked(std::round(device.right() * scale_) - std::round(device.left() * scale_)));
     w.i16(coordinate(device.top()));
     w.i16(coordinate(device.left()));
     w.bytes(dib::packed24(picture));
@@ -439,12 +451,10 @@ void WmfWriter::image(const QRectF& destination, const QImage& picture, const QT
 QByteArray WmfWriter::finish() {
     if (clipSaved_)
         setClip(std::nullopt);
-    for (Slot<PenSpec>* s : {&pen_}) {
-        if (s->live >= 0) {
-            // Nothing stays allocated: the last objects go too.
-            begin(meta::DeleteObject).u16(static_cast<uint16_t>(s->live));
-            end();
-        }
+    // Nothing stays allocated: the last objects go too.
+    if (pen_.live >= 0) {
+        begin(meta::DeleteObject).u16(static_cast<uint16_t>(pen_.live));
+        end();
     }
     if (brush_.live >= 0) {
         begin(meta::DeleteObject).u16(static_cast<uint16_t>(brush_.live));
@@ -462,9 +472,9 @@ QByteArray WmfWriter::finish() {
     return out_;
 }
 
-QByteArray convertEmfToWmf(const QByteArray& emf) {
+QByteArray convertEmfToWmf(const QByteArray& emf, bool scaleToFit) {
     const EmfHeader header = readEmfHeader(emf);
-    WmfWriter writer(header.bounds);
+    WmfWriter writer(header.bounds, scaleToFit);
     parseEmf(emf, writer);
     return writer.finish();
 }

@@ -17,8 +17,11 @@ namespace tessaly::metafile {
 // outside -32768..32767 raises error 6 (overflow).
 class WmfWriter final : public GdiSink {
 public:
-    // `bounds`: the picture's bounds in device units, inclusive.
-    explicit WmfWriter(const QRect& bounds);
+    // `bounds`: the picture's bounds in device units, inclusive. With
+    // `scaleToFit`, a picture whose bounds exceed the 16-bit range is scaled
+    // down into it (as GDI's own conversion does); otherwise such
+    // coordinates raise error 6.
+    explicit WmfWriter(const QRect& bounds, bool scaleToFit = false);
 
     // Ends the file with META_EOF and completes the header.
     QByteArray finish();
@@ -60,7 +63,8 @@ private:
 
     ByteWriter& begin(uint16_t function);
     void end();
-    static int16_t coordinate(double value);
+    int16_t coordinate(double value) const; // a device length or position, scaled
+    static int16_t checked(double value);   // a value outside the scaling (counts, sizes of bitmaps)
     void point(const QPointF& p);      // x, y
     void box(const QRectF& r);         // bottom, right, top, left
     int allocate();
@@ -74,6 +78,7 @@ private:
 
     QByteArray out_;
     ByteWriter w_;
+    double scale_ = 1.0; // device units to WMF units
     qsizetype recordStart_ = -1;
     uint32_t maxRecordWords_ = 0;
     std::vector<bool> table_;
@@ -99,7 +104,8 @@ private:
 };
 
 // Converts an enhanced metafile to an old-style one (without the placeable
-// header). Error 481 for a damaged source, 6 for coordinates beyond 16 bits.
-QByteArray convertEmfToWmf(const QByteArray& emf);
+// header). Error 481 for a damaged source; error 6 for coordinates beyond
+// 16 bits unless `scaleToFit`.
+QByteArray convertEmfToWmf(const QByteArray& emf, bool scaleToFit = false);
 
 } // namespace tessaly::metafile

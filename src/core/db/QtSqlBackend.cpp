@@ -47,6 +47,15 @@ void QtSqlBackend::fail(const QSqlError& error, int number) const {
     dberr::raiseProviderFailure(text);
 }
 
+void QtSqlBackend::failWithin(QSqlQuery& query, int number) {
+    // The transaction ends before the statement is released: an engine that
+    // refuses everything in a failed transaction could not release it otherwise.
+    const QSqlError error = query.lastError();
+    rollback();
+    query.finish();
+    fail(error, number);
+}
+
 void QtSqlBackend::run(const QString& sql, int number) {
     if (!db_.isOpen())
         dberr::raiseClosed(dberr::connectionSource());
@@ -71,7 +80,7 @@ QueryResult QtSqlBackend::fetch(const QString& sql, const QVariantList& params, 
         for (const QVariant& p : params)
             q.addBindValue(p);
         if (!q.exec())
-            fail(q.lastError(), dberr::ProviderFailure);
+            failWithin(q, dberr::ProviderFailure);
     }
     if (q.isSelect()) {
         const QSqlRecord record = q.record();
@@ -115,7 +124,7 @@ QVariant QtSqlBackend::insert(const QString& table, const QStringList& columns, 
     for (const QVariant& v : values)
         q.addBindValue(v);
     if (!q.exec())
-        fail(q.lastError(), dberr::ProviderFailure);
+        failWithin(q, dberr::ProviderFailure);
     if (q.isSelect() && q.next())
         return q.value(0);
     return q.lastInsertId();

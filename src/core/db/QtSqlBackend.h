@@ -5,6 +5,8 @@
 #include <QSqlDatabase>
 #include <QSqlError>
 
+class QSqlQuery;
+
 namespace tessaly::db {
 
 // The part of a backend that Qt SQL gives for every engine: running
@@ -36,9 +38,11 @@ protected:
     // Runs a statement that the engine must accept, raising with `number` otherwise.
     void run(const QString& sql, int number);
     // Raises the provider's error for a failed statement.
-    [[noreturn]] virtual void fail(const QSqlError& error, int number) const;
+    [[noreturn]] void fail(const QSqlError& error, int number) const;
 
 private:
+    // Ends the write transaction, if any, then raises the failure of `query`.
+    [[noreturn]] void failWithin(QSqlQuery& query, int number);
     QueryResult fetch(const QString& sql, const QVariantList& params, int* affected);
 
     QString name_;

@@ -1,5 +1,6 @@
 #include "Installer.h"
 
+#include "core/db/ProjectDatabase.h"
 #include "core/forms/ApplicationBase.h"
 #include "core/runtime/RuntimeError.h"
 #include "core/settings/SettingsStore.h"
@@ -8,10 +9,6 @@
 #include <QFileInfo>
 
 namespace tessaly {
-
-namespace db {
-void createProjectDatabase(const QString& hostPath);
-} // namespace db
 
 namespace {
 

@@ -17,14 +17,14 @@ namespace tessaly::canvas::pdr {
 namespace {
 
 constexpr char Magic[8] = {'T', 'E', 'S', 'S', 'P', 'D', 'R', '\x1a'}; // file signature
-constexpr int MaxGroupDepth = 32;         // nesting of groups a file may hold
-constexpr int MaxFontSize = 4000;         // points
-constexpr int MaxPageMm = 10000000;       // ten kilometres of paper
-constexpr int MaxArrowSize = 1000;        // mm
-constexpr int MaxLineWeight = 10000;      // line units
-constexpr double MaxCoordinate = 1e9;     // mm; beyond this a coordinate is taken as damage
-constexpr uint32_t TrailerSize = 4;       // the CRC-32 after the end chunk
-constexpr uint32_t HeaderSize = 16;       // magic, version, flags
+constexpr int MaxGroupDepth = 32;                                      // nesting of groups a file may hold
+constexpr int MaxFontSize = 4000;                                      // points
+constexpr int MaxPageMm = 10000000;                                    // ten kilometres of paper
+constexpr int MaxArrowSize = 1000;                                     // mm
+constexpr int MaxLineWeight = 10000;                                   // line units
+constexpr double MaxCoordinate = 1e9; // mm; beyond this a coordinate is taken as damage
+constexpr uint32_t TrailerSize = 4;   // the CRC-32 after the end chunk
+constexpr uint32_t HeaderSize = 16;   // magic, version, flags
 
 // Chunk tags, four ASCII characters read as a little-endian number.
 constexpr uint32_t tag(const char (&t)[5]) {
@@ -382,7 +382,8 @@ public:
         r.u16("the version");
         r.u32("the header");
         if (major > VersionMajor)
-            throw Damage{QStringLiteral("it was written by a newer version of Tessaly (format %1)").arg(major)};
+            throw Damage{
+                QStringLiteral("it was written by a newer version of Tessaly (format %1)").arg(major)};
         if (major < 1)
             throw Damage{QStringLiteral("its format version %1 is unknown").arg(major)};
         if (qFromLittleEndian(stored) != crc32(bytes.constData(), body))

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QImage>
 #include <QRectF>
+#include <functional>
 #include <memory>
 
 class QPainter;
@@ -30,7 +31,8 @@ public:
 
 private:
     QByteArray data_;
-    QImage image_;
+    QImage image_; // the raster form (metafiles played at their natural size), for textures
+    std::function<void(QPainter&, const QRectF&)> drawer_; // draws vector pictures as vectors
     int widthHiMetric_ = 0;
     int heightHiMetric_ = 0;
 };

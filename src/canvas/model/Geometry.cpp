@@ -186,13 +186,15 @@ QPainterPath outline(const ShapeData& s) {
         return unitPolygon(box, {{0.5, 0}, {1, 0.38}, {0.81, 1}, {0.19, 1}, {0, 0.38}});
     case PlusSign: {
         const double a = 1.0 / 3, b = 2.0 / 3;
-        return unitPolygon(box, {{a, 0}, {b, 0}, {b, a}, {1, a}, {1, b}, {b, b}, {b, 1}, {a, 1}, {a, b},
-                                 {0, b}, {0, a}, {a, a}});
+        return unitPolygon(
+            box,
+            {{a, 0}, {b, 0}, {b, a}, {1, a}, {1, b}, {b, b}, {b, 1}, {a, 1}, {a, b}, {0, b}, {0, a}, {a, a}});
     }
     case Star:
         return starPath(box);
     case LeftArrow:
-        return unitPolygon(box, {{0, 0.5}, {0.4, 0}, {0.4, 0.25}, {1, 0.25}, {1, 0.75}, {0.4, 0.75}, {0.4, 1}});
+        return unitPolygon(box,
+                           {{0, 0.5}, {0.4, 0}, {0.4, 0.25}, {1, 0.25}, {1, 0.75}, {0.4, 0.75}, {0.4, 1}});
     case Group:
         if (s.extra)
             for (const ShapePtr& c : s.extra->children)
@@ -276,11 +278,21 @@ QPointF connectionPoint(const ShapeData& s, int index) {
     const QRectF b = s.box();
     QPointF p;
     switch (index) {
-    case 0: p = {b.center().x(), b.top()}; break;
-    case 1: p = {b.right(), b.center().y()}; break;
-    case 2: p = {b.center().x(), b.bottom()}; break;
-    case 3: p = {b.left(), b.center().y()}; break;
-    default: p = b.center(); break;
+    case 0:
+        p = {b.center().x(), b.top()};
+        break;
+    case 1:
+        p = {b.right(), b.center().y()};
+        break;
+    case 2:
+        p = {b.center().x(), b.bottom()};
+        break;
+    case 3:
+        p = {b.left(), b.center().y()};
+        break;
+    default:
+        p = b.center();
+        break;
     }
     return rotation(s).map(p);
 }

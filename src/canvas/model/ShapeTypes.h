@@ -6,7 +6,7 @@
 // The shape type codes of the canvas, as Shape.Type reports them.
 namespace tessaly::canvas::shape_type {
 
-constexpr int Freeform = 0;          // open polyline, curve, scribble, or closed polygon
+constexpr int Freeform = 0; // open polyline, curve, scribble, or closed polygon
 constexpr int Rectangle = 1;
 constexpr int RoundRectangle = 2;
 constexpr int Ellipse = 3;
@@ -31,10 +31,10 @@ constexpr int Picture = 10100; // a picture shape (AddPicture, background pictur
 constexpr int Group = 10200;   // a group of shapes (ShapeRange.Group)
 
 // The 21 drawable codes, in the order of the program's name table.
-constexpr std::array<int, 21> DrawableCodes = {Arc,     Diamond, DimensionBar, Ellipse,  Freeform,  Hexagon,
-                                               IsoscelesTriangle, LeftArrow,    Line,     Link,      Octagon,
-                                               Parallelogram,     Pentagon,     PlainText, PlusSign, Rectangle,
-                                               RightTriangle,     RoundRectangle, Star,    TextBox,  Trapezoid};
+constexpr std::array<int, 21> DrawableCodes = {
+    Arc,       Diamond,   DimensionBar,  Ellipse,        Freeform,      Hexagon,  IsoscelesTriangle,
+    LeftArrow, Line,      Link,          Octagon,        Parallelogram, Pentagon, PlainText,
+    PlusSign,  Rectangle, RightTriangle, RoundRectangle, Star,          TextBox,  Trapezoid};
 
 // Whether `code` is one of the drawable codes, a picture or a group.
 bool isKnown(int code);

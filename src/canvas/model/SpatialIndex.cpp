@@ -6,13 +6,13 @@
 namespace tessaly::canvas {
 
 namespace {
-constexpr double MinCellMm = 1.0;          // finest cell side
-constexpr double CellFactor = 2.0;         // cell side as a multiple of the mean spacing of shapes
-constexpr size_t MaxCells = 1u << 21;      // upper bound of grid cells (memory)
-constexpr int MaxCellsPerShape = 64;       // a shape covering more cells goes to the loose list
-constexpr double AreaGrowth = 8.0;         // how far beyond the page the grid may reach, in page sizes
-constexpr size_t LooseSlack = 4096;        // loose entries tolerated before a rebuild
-constexpr size_t LooseShareDivisor = 8;    // ... plus this share of the shapes
+constexpr double MinCellMm = 1.0;       // finest cell side
+constexpr double CellFactor = 2.0;      // cell side as a multiple of the mean spacing of shapes
+constexpr size_t MaxCells = 1u << 21;   // upper bound of grid cells (memory)
+constexpr int MaxCellsPerShape = 64;    // a shape covering more cells goes to the loose list
+constexpr double AreaGrowth = 8.0;      // how far beyond the page the grid may reach, in page sizes
+constexpr size_t LooseSlack = 4096;     // loose entries tolerated before a rebuild
+constexpr size_t LooseShareDivisor = 8; // ... plus this share of the shapes
 
 void eraseOne(std::vector<int32_t>& v, int32_t id) {
     auto it = std::find(v.begin(), v.end(), id);

@@ -1,0 +1,124 @@
+#pragma once
+
+#include "canvas/model/ShapeData.h"
+
+#include <QPointF>
+#include <QRectF>
+#include <vector>
+
+namespace tessaly::canvas {
+
+class POLARDraw;
+
+// Tool modes of View.ToolMode.
+namespace tool_mode {
+constexpr int Unavailable = -1; // no tool can be set now
+constexpr int Select = 1;
+constexpr int Rotate = 2;
+constexpr int EditPoints = 3;
+constexpr int Draw = 4;
+} // namespace tool_mode
+
+// Variants of the draw tool (View.ToolOption).
+namespace tool_option {
+constexpr int Curve = 1;      // with shape type 0: a smooth curve, a click per point
+constexpr int MultiPoint = 2; // with type 0: a click per point; with type 20: one straight line
+constexpr int Freehand = 3;   // with type 0: a freehand stroke
+} // namespace tool_option
+
+// Key codes the canvas handles itself.
+namespace key_code {
+constexpr int Enter = 13;
+constexpr int Escape = 27;
+constexpr int Delete = 46;
+constexpr int C = 67;
+constexpr int V = 86;
+constexpr int X = 88;
+constexpr int Y = 89;
+constexpr int Z = 90;
+} // namespace key_code
+
+namespace shift_state {
+constexpr int Shift = 1;
+constexpr int Ctrl = 2;
+constexpr int Alt = 4;
+} // namespace shift_state
+
+// What a tool shows while it works: shapes being drawn, moved or sized, and the rubber band.
+struct ToolFeedback {
+    std::vector<ShapeData> ghosts;
+    QRectF rubberBand;   // mm; empty when there is none
+    QRectF movingBounds; // mm; outline of a large moved selection
+};
+
+// The tools of the canvas as state machines. Input arrives as page
+// millimetres (the canvas converts screen pixels); the outcome goes through
+// the canvas's edit and event functions.
+class ToolController {
+public:
+    explicit ToolController(POLARDraw& canvas) : canvas_(canvas) {}
+
+    void setToolMode(int mode);
+    void setToolShapeType(int type);
+    void setToolOption(int option);
+
+    void press(int button, int shift, const QPointF& mm);
+    void move(int button, int shift, const QPointF& mm);
+    void release(int button, int shift, const QPointF& mm);
+    void doubleClick(int button, int shift, const QPointF& mm);
+    // The canvas's own keys; true when the key did something.
+    bool key(int keyCode, int shift);
+    // Abandons what the tool was doing (no events).
+    void reset();
+
+    bool busy() const { return gesture_ != Gesture::None; }
+    const ToolFeedback& feedback() const { return feedback_; }
+    // Handle positions (mm) of the selection: 8 around the box, or the two ends of a line.
+    std::vector<QPointF> handles() const;
+
+private:
+    enum class Gesture {
+        None,
+        Pending,
+        RubberBand,
+        Move,
+        Resize,
+        Rotate,
+        EditPoint,
+        Drag,
+        Points,
+        Freehand,
+        Link
+    };
+
+    void pressSelect(int shift, const QPointF& p);
+    void pressRotate(const QPointF& p);
+    void pressEditPoints(const QPointF& p);
+    void pressDraw(const QPointF& p);
+    void finishSelect(const QPointF& p);
+    void finishPoints();
+    void finishStroke(ShapeData shape, bool openEditor = false);
+    void cancelDrawing();
+    void updateFeedback(const QPointF& p);
+    ShapeData dragShape(const QPointF& p) const;
+    ShapeData pointsShape(const std::vector<QPointF>& points) const;
+    QPointF snap(const QPointF& p) const;
+    double tolerance() const;
+    int handleAt(const QPointF& p) const;
+    std::vector<int> movableSelection() const;
+    bool isPointsTool() const;
+    bool isFreehandTool() const;
+
+    POLARDraw& canvas_;
+    Gesture gesture_ = Gesture::None;
+    QPointF start_;
+    QPointF current_;
+    int handle_ = -1;
+    int vertex_ = -1;
+    int pickedId_ = 0;
+    std::vector<QPointF> points_;
+    LinkEnd linkStart_;
+    ToolFeedback feedback_;
+};
+
+} // namespace tessaly::canvas

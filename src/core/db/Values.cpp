@@ -235,8 +235,12 @@ QVariant fromProgram(FieldType type, const QVariant& value) {
     case FieldType::Short:
         return QVariant(static_cast<int>(vb::toInt16(value)));
     case FieldType::Text:
-    case FieldType::Memo:
-        return QVariant(vb::toText(value));
+    case FieldType::Memo: {
+        // An empty text is a text, not a Null: the engines' drivers would store
+        // a null QString as NULL.
+        const QString text = vb::toText(value);
+        return QVariant(text.isNull() ? QString(QLatin1String("")) : text);
+    }
     case FieldType::Date:
         return QVariant(dateFromVariant(value));
     case FieldType::Currency:

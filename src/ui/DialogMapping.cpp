@@ -3,7 +3,6 @@
 #include "core/port/UiPort.h"
 
 #include <QRegularExpression>
-#include <algorithm>
 
 namespace tessaly::ui {
 
@@ -78,7 +77,8 @@ MessageBoxLayout messageBoxLayout(int flags) {
     setButtons(layout, flags & ButtonsMask);
     layout.icon = iconFor((flags >> IconShift) & IconMask);
     const size_t chosen = static_cast<size_t>((flags >> DefaultShift) & DefaultMask);
-    layout.defaultButton = layout.buttons[std::min(chosen, layout.buttons.size() - 1)];
+    // A default beyond the buttons there are falls back to the first.
+    layout.defaultButton = layout.buttons[chosen < layout.buttons.size() ? chosen : 0];
     return layout;
 }
 

@@ -62,6 +62,10 @@ FormView::~FormView() {
 }
 
 void FormView::build() {
+    // A form without a caption has no title bar, as a splash window. Set
+    // before the children exist: changing the flags later re-polishes them.
+    if (form_->caption().isEmpty())
+        setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
@@ -79,9 +83,6 @@ void FormView::build() {
     placeInContainers();
     relayout();
 
-    // A form without a caption has no title bar, as a splash window.
-    if (form_->caption().isEmpty())
-        setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint);
     setWindowTitle(form_->caption());
     form_->onChanged = [this](const QString& p) { formChanged(p); };
 }

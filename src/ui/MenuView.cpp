@@ -49,8 +49,7 @@ void MenuView::addEntry(Control& entry, const std::set<const Control*>& holders)
             sink_.userInput([&] { entry.form().raiseEvent(entry, QStringLiteral("Click")); });
         });
     } else {
-        action = new QAction(entry.caption(), owner);
-        action->setSeparator(entry.isSeparator());
+        action = new QAction(owner);
         QObject::connect(action, &QAction::triggered, action, [this, &entry] { triggered(entry); });
     }
     action->setObjectName(entry.fullName());
@@ -85,7 +84,8 @@ void MenuView::sync(Control& entry, const QString& p) {
     if (!action)
         return;
     if (wants(p, "Caption")) {
-        action->setText(entry.caption());
+        // A separator's "-" is no text to show: styles would draw it beside the line.
+        action->setText(entry.isSeparator() ? QString() : entry.caption());
         action->setSeparator(entry.isSeparator());
     }
     if (wants(p, "Checked")) {

@@ -12,7 +12,8 @@ const QString FontFamily = QStringLiteral("Liberation Sans");
 constexpr int FontPointSize = 8;
 
 // The splash window: a deep blue card with a thin light frame; the title,
-// tag line and version centred on it in white and pale blue.
+// tag line and version centred on it in white and pale blue. The title keeps
+// the font size its form gives it: a font rule here would override it.
 constexpr const char* StyleSheet = R"(
 QWidget#frmSplash {
     background: qlineargradient(x1:0, y1:0, x2:0, y2:1, stop:0 #1d3f6e, stop:1 #0e2341);
@@ -24,7 +25,6 @@ QWidget#frmSplash QLabel {
 }
 QWidget#frmSplash QLabel#lblTitle {
     color: #ffffff;
-    font-weight: bold;
 }
 QWidget#frmSplash QLabel#lblTagLine {
     color: #a9c4e6;

@@ -303,3 +303,24 @@ TEST_F(FormViewTest, DetachedViewNoLongerTouchesTheForm) {
 
 } // namespace
 } // namespace tessaly::ui
+
+namespace tessaly::ui {
+namespace {
+
+TEST_F(FormViewTest, FontAndForeColourFromTheModel) {
+    Control& title = add(ControlKind::Label, "lblTitle");
+    title.setProp(QStringLiteral("FontSize"), 36);
+    title.setProp(QStringLiteral("FontBold"), true);
+    title.setProp(QStringLiteral("ForeColor"), 0x00FF00u);
+    FormView view(*form);
+    view.show();
+    auto* label = widget<QLabel>(view, "lblTitle");
+    EXPECT_EQ(label->font().pointSizeF(), 36.0);
+    EXPECT_TRUE(label->font().bold());
+    EXPECT_EQ(label->palette().color(QPalette::WindowText), QColor(0, 255, 0));
+    title.setProp(QStringLiteral("FontSize"), 12);
+    EXPECT_EQ(label->font().pointSizeF(), 12.0);
+}
+
+} // namespace
+} // namespace tessaly::ui

@@ -1,0 +1,59 @@
+#!/usr/bin/env bash
+# Takes screenshots of the desktop program under a virtual display:
+#   splash.png       the splash window
+#   main-window.png  the main window after the splash
+#   menu-file.png    the same with the File menu open
+#   menu-view.png    the same with the View menu open
+#   settings.png     the settings window (View > Software Settings...)
+# Usage: scripts/screenshot.sh [build-dir] [output-dir]
+# The program runs on a fresh application home made by `tessaly --install`.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+build=${1:-build}
+out=${2:-docs/screenshots}
+exe="$PWD/$build/app/tessaly/tessaly"
+[ -x "$exe" ] || { echo "no program at $exe: build first" >&2; exit 1; }
+mkdir -p "$out"
+out=$(cd "$out" && pwd)
+home=$(mktemp -d)
+trap 'rm -rf "$home"' EXIT
+"$exe" --install --home "$home"
+
+# The steps inside the virtual display. The screen is 1280 by 1024, so the
+# main window fills it; there is no window manager, so windows show without
+# title bars.
+cat >"$home/shoot.sh" <<'SHOOT'
+set -euo pipefail
+exe=$1 home=$2 out=$3
+"$exe" --home "$home" &
+pid=$!
+trap 'kill "$pid" 2>/dev/null || true' EXIT
+# The splash first: it has no title, so it is found by the program's class.
+xdotool search --sync --onlyvisible --class tessaly >/dev/null
+sleep 0.5
+import -window root "$out/splash.png"
+# The main window comes up when the splash's two-second timer fires.
+xdotool search --sync --onlyvisible --name '^Tessaly - ' >/dev/null
+sleep 1
+import -window root "$out/main-window.png"
+main=$(xdotool search --onlyvisible --name '^Tessaly - ' | head -1)
+eval "$(xdotool getwindowgeometry --shell "$main")"
+menu_y=$((Y + 10))
+# The File menu: the first entry of the menu bar.
+xdotool mousemove $((X + 18)) $menu_y click 1
+sleep 1
+import -window root "$out/menu-file.png"
+xdotool key Escape
+sleep 0.5
+# The View menu: the third entry.
+xdotool mousemove $((X + 90)) $menu_y click 1
+sleep 1
+import -window root "$out/menu-view.png"
+# Its last entry is "Software Settings...".
+xdotool key Up Return
+xdotool search --sync --onlyvisible --name '^Settings$' >/dev/null
+sleep 1
+import -window root "$out/settings.png"
+SHOOT
+xvfb-run -a -s "-screen 0 1280x1024x24" bash "$home/shoot.sh" "$exe" "$home" "$out"
+ls -l "$out"/*.png

@@ -4,10 +4,16 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <memory>
+#include <ostream>
 
 namespace tessaly::db::test {
 
 enum class Engine { Sqlite, Postgres };
+
+// How gtest prints the engine in a test's parameter.
+inline void PrintTo(Engine engine, std::ostream* os) {
+    *os << (engine == Engine::Sqlite ? "SQLite" : "PostgreSQL");
+}
 
 // The loopback PostgreSQL server of the tests: the one the CTest fixture
 // started, or one this process starts for itself when run on its own.

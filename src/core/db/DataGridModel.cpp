@@ -134,7 +134,11 @@ void DataGridModel::setCurrentRow(int row) {
     Recordset& rs = control_.recordset();
     if (rs.State() != adStateOpen || row < 0 || row >= rs.RecordCount())
         return;
-    rs.setAbsolutePosition(row + 1);
+    try {
+        rs.setAbsolutePosition(row + 1); // writes a pending edit first
+    } catch (const RuntimeError& e) {
+        emit writeFailed(e.number(), e.description());
+    }
 }
 
 } // namespace tessaly::db

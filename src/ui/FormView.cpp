@@ -120,9 +120,24 @@ void FormView::placeInContainers() {
         }
         if (made.widget->parentWidget() != parent) {
             made.widget->setParent(parent);
-            made.widget->setVisible(control->visible());
+            made.widget->setVisible(control->visible() && onCurrentTab(*control));
         }
     }
+}
+
+bool FormView::onCurrentTab(const Control& c) const {
+    if (!c.hasProp(QStringLiteral("ContainerTab")) || !hasContainer(c))
+        return true;
+    const Control* strip = form_->find(c.prop(QStringLiteral("Container")).toString());
+    if (!strip || strip->kind() != ControlKind::TabStrip)
+        return true;
+    return strip->prop(QStringLiteral("Tab")).toInt() == c.prop(QStringLiteral("ContainerTab")).toInt();
+}
+
+void FormView::showCurrentTab(const Control& strip) {
+    for (auto& [control, made] : widgets_)
+        if (made.widget && control->prop(QStringLiteral("Container")).toString() == strip.name())
+            made.widget->setVisible(control->visible() && onCurrentTab(*control));
 }
 
 void FormView::detach() {
@@ -179,8 +194,10 @@ void FormView::controlChanged(Control& c, const QString& p) {
 void FormView::applyShared(Control& c, QWidget* w, const QString& p) {
     if (!w)
         return;
-    if (wants(p, "Visible"))
-        w->setVisible(c.visible());
+    if (wants(p, "Visible") || p == QLatin1String("ContainerTab"))
+        w->setVisible(c.visible() && onCurrentTab(c));
+    if (c.kind() == ControlKind::TabStrip && p == QLatin1String("Tab"))
+        showCurrentTab(c);
     if (wants(p, "Enabled"))
         w->setEnabled(c.enabled());
     if (wants(p, "ToolTipText"))

@@ -67,6 +67,10 @@ private:
     void applyShared(Control& control, QWidget* widget, const QString& property);
     void applyFont(const Control& control, QWidget* widget);
     void applyColours(const Control& control, QWidget* widget);
+    // Controls on a tab strip ("Container" names it) show on the tab that
+    // their "ContainerTab" gives, or on every tab when they give none.
+    bool onCurrentTab(const Control& control) const;
+    void showCurrentTab(const Control& strip);
     void formChanged(const QString& property);
     void surfaceResized();
     bool controlEvent(Control& control, QEvent* event);

@@ -45,6 +45,25 @@ void syncPanels(QStatusBar* bar, const Control& control) {
 int intProp(const Control& control, const char* name) {
     return control.prop(QString::fromLatin1(name)).toInt();
 }
+
+// A tab strip: its tabs along the top, and below them the controls it
+// contains; the form view shows those of the current tab.
+class TabStrip final : public QWidget {
+public:
+    explicit TabStrip(QWidget* parent) : QWidget(parent), tabs_(new QTabBar(this)) {
+        tabs_->setObjectName(QStringLiteral("tabs"));
+        tabs_->setExpanding(false);
+    }
+    QTabBar* tabs() const { return tabs_; }
+
+protected:
+    void resizeEvent(QResizeEvent*) override {
+        tabs_->setGeometry(0, 0, width(), tabs_->sizeHint().height());
+    }
+
+private:
+    QTabBar* tabs_;
+};
 } // namespace
 
 ControlWidget makeFrame(Control& control, QWidget* parent, ViewSink&) {
@@ -87,15 +106,15 @@ ControlWidget makeStatusBar(Control& control, QWidget* parent, ViewSink&) {
 }
 
 ControlWidget makeTabStrip(Control& control, QWidget* parent, ViewSink& sink) {
-    auto* tabs = new QTabBar(parent);
-    tabs->setExpanding(false);
+    auto* strip = new TabStrip(parent);
+    QTabBar* tabs = strip->tabs();
     QObject::connect(tabs, &QTabBar::currentChanged, tabs, [&control, &sink](int tab) {
         sink.userInput([&] {
             control.setProp(QStringLiteral("Tab"), tab);
             control.form().raiseEvent(control, QStringLiteral("Click"));
         });
     });
-    ControlWidget made{tabs, nullptr, {}, true};
+    ControlWidget made{strip, nullptr, {}, false};
     made.sync = [tabs, &control](const QString& p) {
         const QSignalBlocker quiet(tabs);
         if (wants(p, "Tabs")) {

@@ -1,8 +1,10 @@
 // Labels, text boxes and buttons.
 #include "ControlWidget.h"
 #include "ViewUnits.h"
+#include "core/files/FileSystem.h"
 
 #include <QCheckBox>
+#include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -31,6 +33,15 @@ Qt::Alignment labelAlignment(int alignment) {
     if (alignment == AlignCenter)
         return Qt::AlignHCenter | Qt::AlignTop;
     return Qt::AlignLeft | Qt::AlignTop;
+}
+
+// A button's picture: an image file of the logic's, or one of the program's
+// own resources (":/...").
+QIcon pictureOf(const Control& control) {
+    const QString picture = control.prop(QStringLiteral("Picture")).toString();
+    if (picture.isEmpty())
+        return QIcon();
+    return QIcon(picture.startsWith(QLatin1Char(':')) ? picture : fs::toHost(picture));
 }
 
 Qt::CheckState checkState(int value) {
@@ -111,6 +122,8 @@ ControlWidget makeCommandButton(Control& control, QWidget* parent, ViewSink& sin
             button->setText(control.caption());
         if (wants(p, "Default"))
             button->setDefault(control.prop(QStringLiteral("Default")).toBool());
+        if (wants(p, "Picture"))
+            button->setIcon(pictureOf(control));
     };
     return made;
 }

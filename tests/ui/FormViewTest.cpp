@@ -248,7 +248,8 @@ TEST_F(FormViewTest, TabStripClickSetsTheTab) {
     tabs.setProp(QStringLiteral("Tabs"), QStringList{QStringLiteral("Clients"), QStringLiteral("Sites")});
     form->record(QStringLiteral("SSTab1"), QStringLiteral("Click"));
     FormView view(*form);
-    auto* bar = widget<QTabBar>(view, "SSTab1");
+    auto* bar = view.widgetFor(tabs)->findChild<QTabBar*>();
+    ASSERT_NE(bar, nullptr);
     bar->setCurrentIndex(1); // as the user's click does
     EXPECT_EQ(tabs.prop(QStringLiteral("Tab")).toInt(), 1);
     EXPECT_EQ(form->events, QStringList{QStringLiteral("SSTab1.Click")});
@@ -320,6 +321,59 @@ TEST_F(FormViewTest, FontAndForeColourFromTheModel) {
     EXPECT_EQ(label->palette().color(QPalette::WindowText), QColor(0, 255, 0));
     title.setProp(QStringLiteral("FontSize"), 12);
     EXPECT_EQ(label->font().pointSizeF(), 12.0);
+}
+
+} // namespace
+} // namespace tessaly::ui
+
+namespace tessaly::ui {
+namespace {
+
+TEST_F(FormViewTest, ControlsOnATabStripShowOnTheirTab) {
+    Control& tabs = add(ControlKind::TabStrip, "SSActiveTabs1", 0, 0, 3180, 9000);
+    tabs.setProp(QStringLiteral("Tabs"),
+                 QStringList{QStringLiteral("Drawing Objects"), QStringLiteral("Template Objects"),
+                             QStringLiteral("Shape List")});
+    tabs.setProp(QStringLiteral("Tab"), 0);
+    Control& pane = add(ControlKind::Canvas, "POLARDraw2", 15, 705, 2475, 4000);
+    pane.setProp(QStringLiteral("Container"), QStringLiteral("SSActiveTabs1"));
+    pane.setProp(QStringLiteral("ContainerTab"), 1);
+    Control& list = add(ControlKind::ListBox, "lstShapeList", 15, 360, 2470, 4000);
+    list.setProp(QStringLiteral("Container"), QStringLiteral("SSActiveTabs1"));
+    list.setProp(QStringLiteral("ContainerTab"), 2);
+    Control& always = add(ControlKind::Label, "lblAlways", 15, 9000, 1000, 300);
+    always.setProp(QStringLiteral("Container"), QStringLiteral("SSActiveTabs1"));
+    FormView view(*form);
+    view.show();
+    QWidget* strip = view.widgetFor(tabs);
+    EXPECT_EQ(view.widgetFor(pane)->parentWidget(), strip);
+    EXPECT_EQ(view.widgetFor(pane)->geometry(), QRect(1, 47, 165, 266));
+    EXPECT_FALSE(view.widgetFor(pane)->isVisible());
+    EXPECT_FALSE(view.widgetFor(list)->isVisible());
+    EXPECT_TRUE(view.widgetFor(always)->isVisible());
+    tabs.setProp(QStringLiteral("Tab"), 1);
+    EXPECT_TRUE(view.widgetFor(pane)->isVisible());
+    EXPECT_FALSE(view.widgetFor(list)->isVisible());
+    strip->findChild<QTabBar*>()->setCurrentIndex(2); // as the user's click does
+    EXPECT_FALSE(view.widgetFor(pane)->isVisible());
+    EXPECT_TRUE(view.widgetFor(list)->isVisible());
+    EXPECT_TRUE(view.widgetFor(always)->isVisible());
+    // Hidden by the model stays hidden on its own tab.
+    list.setVisible(false);
+    EXPECT_FALSE(view.widgetFor(list)->isVisible());
+}
+
+TEST_F(FormViewTest, LeftAlignedControlTakesTheFormsHeight) {
+    // Aligned controls take their edge in their order: the status bar first.
+    add(ControlKind::StatusBar, "SB1").setPanelCount(2);
+    Control& tabs = add(ControlKind::TabStrip, "SSActiveTabs1", 0, 0, 3180, 0);
+    tabs.setProp(QStringLiteral("Align"), 3);
+    FormView view(*form);
+    view.resize(600, 400);
+    view.show();
+    testing::processPending();
+    const QRect bar = view.widgetFor(form->control(QStringLiteral("SB1")))->geometry();
+    EXPECT_EQ(view.widgetFor(tabs)->geometry(), QRect(0, 0, 212, bar.top()));
 }
 
 } // namespace

@@ -161,7 +161,7 @@ TEST_F(MainWindowView, StatusBarHasFivePanelsWithTheModelsTexts) {
 }
 
 TEST_F(MainWindowView, SideTabsShowTheirCaptions) {
-    auto* tabs = qobject_cast<QTabBar*>(view.widgetFor(main.control(QStringLiteral("SSActiveTabs1"))));
+    auto* tabs = view.widgetFor(main.control(QStringLiteral("SSActiveTabs1")))->findChild<QTabBar*>();
     ASSERT_NE(tabs, nullptr);
     ASSERT_EQ(tabs->count(), 3);
     EXPECT_EQ(tabs->tabText(0), QStringLiteral("Drawing Objects"));

@@ -4,10 +4,20 @@
 #include "core/port/ScriptedUiPort.h"
 #include "core/runtime/Waiter.h"
 
+#include <QRect>
 #include <QStringList>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <memory>
+#include <ostream>
+
+// Readable failures for geometry.
+inline void PrintTo(const QRect& r, std::ostream* os) {
+    *os << "QRect(" << r.x() << ", " << r.y() << ", " << r.width() << ", " << r.height() << ")";
+}
+inline void PrintTo(const QSize& s, std::ostream* os) {
+    *os << "QSize(" << s.width() << ", " << s.height() << ")";
+}
 
 namespace tessaly::ui::testing {
 

@@ -128,10 +128,32 @@ QByteArray emfToSvg(const QByteArray& emf, const QString& name) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+QStringList libwmfFontArguments() {
+    // libwmf looks for the standard PostScript fonts; they are mapped to the
+    // metric-compatible Liberation fonts of the system.
+    static const QString map = [] {
+        const QString dir = QStringLiteral(LIBERATION_FONT_DIR);
+        const QList<QPair<QString, QString>> fonts = {
+            {"Times-Roman", "LiberationSerif-Regular"},   {"Times-Italic", "LiberationSerif-Italic"},
+            {"Times-Bold", "LiberationSerif-Bold"},       {"Times-BoldItalic", "LiberationSerif-BoldItalic"},
+            {"Helvetica", "LiberationSans-Regular"},      {"Helvetica-Oblique", "LiberationSans-Italic"},
+            {"Helvetica-Bold", "LiberationSans-Bold"},    {"Helvetica-BoldOblique", "LiberationSans-BoldItalic"},
+            {"Courier", "LiberationMono-Regular"},        {"Courier-Oblique", "LiberationMono-Italic"},
+            {"Courier-Bold", "LiberationMono-Bold"},      {"Courier-BoldOblique", "LiberationMono-BoldItalic"},
+            {"Symbol", "LiberationSans-Regular"},         {"ZapfDingbats", "LiberationSans-Regular"}};
+        QByteArray text;
+        for (const auto& [name, file] : fonts)
+            text += QStringLiteral("/%1 (%2/%3.ttf) ;\n").arg(name, dir, file).toUtf8();
+        return writeScratch(QStringLiteral("libwmf-fontmap"), text);
+    }();
+    return {QStringLiteral("--wmf-gs-fontmap=") + map,
+            QStringLiteral("--wmf-fontdir=") + QStringLiteral(LIBERATION_FONT_DIR)};
+}
+
 QByteArray wmfToSvg(const QByteArray& wmf, const QString& name) {
     const QString in = writeScratch(name + QStringLiteral(".wmf"), wmf);
     const QString out = scratchDir() + QLatin1Char('/') + name + QStringLiteral(".wmf.svg");
-    if (runTool(QStringLiteral(WMF2SVG_PROGRAM), {QStringLiteral("-o"), out, in}) != 0)
+    if (runTool(QStringLiteral(WMF2SVG_PROGRAM), libwmfFontArguments() + QStringList{QStringLiteral("-o"), out, in}) != 0)
         return {};
     QFile file(out);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
@@ -196,3 +218,27 @@ private:
     ::testing::AddGlobalTestEnvironment(new QtEnvironment);
 
 } // namespace
+
+namespace tessaly::test {
+
+QImage wmfToPng(const QByteArray& wmf, const QString& name, const QSize& size) {
+    const QString in = writeScratch(name + QStringLiteral(".wmf"), wmf);
+    const QString out = scratchDir() + QLatin1Char('/') + name + QStringLiteral(".wmf.png");
+    const QStringList sizeArguments = {QStringLiteral("--maxwidth=%1").arg(size.width()),
+                                       QStringLiteral("--maxheight=%1").arg(size.height()), QStringLiteral("--maxsize")};
+    if (runTool(QStringLiteral(WMF2GD_PROGRAM),
+                libwmfFontArguments() + sizeArguments + QStringList{QStringLiteral("-o"), out, in}) != 0)
+        return {};
+    // Laid over white: the PNG's background is transparent.
+    const QImage png(out);
+    if (png.isNull())
+        return {};
+    QImage flat(png.size(), QImage::Format_RGB32);
+    flat.fill(Qt::white);
+    QPainter painter(&flat);
+    painter.drawImage(0, 0, png);
+    painter.end();
+    return flat;
+}
+
+} // namespace tessaly::test

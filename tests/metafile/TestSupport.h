@@ -54,6 +54,10 @@ QByteArray emfToSvg(const QByteArray& emf, const QString& name);
 // Converts a WMF with libwmf's wmf2svg; returns the SVG text (empty on failure).
 QByteArray wmfToSvg(const QByteArray& wmf, const QString& name);
 
+// Renders a WMF with libwmf's wmf2gd, stretched to `size`.
+QImage wmfToPng(const QByteArray& wmf, const QString& name, const QSize& size);
+QStringList libwmfFontArguments();
+
 // Share of pixels whose colour differs by more than `channelTolerance` in
 // any channel. Images of different sizes differ everywhere.
 double mismatchShare(const QImage& a, const QImage& b, int channelTolerance);

@@ -422,7 +422,7 @@ QRect EmfPaintEngine::strokeBounds(const QRectF& deviceRect) const {
                  QPoint(roundToInt(deviceRect.right()) + grow, roundToInt(deviceRect.bottom()) + grow));
 }
 
-void EmfPaintEngine::polyRecord(uint32_t type16, uint32_t type32, const QPolygon& points) {
+void EmfPaintEngine::polyRecord(uint32_t type16, uint32_t type32, const QPolygon& points, bool grow) {
     const bool small = fits16(points);
     const QRect box = points.boundingRect();
     ByteWriter& w = rec_.beginRecord(small ? type16 : type32);
@@ -438,7 +438,8 @@ void EmfPaintEngine::polyRecord(uint32_t type16, uint32_t type32, const QPolygon
         }
     }
     rec_.endRecord();
-    rec_.includeBounds(strokeBounds(QRectF(box.topLeft(), box.bottomRight())));
+    if (grow)
+        rec_.includeBounds(strokeBounds(QRectF(box.topLeft(), box.bottomRight())));
 }
 
 void EmfPaintEngine::rectangleRecord(uint32_t type, const QRect& box) {
@@ -530,7 +531,7 @@ void EmfPaintEngine::pathRecords(const QPainterPath& devicePath) {
             return;
         const bool bezier = pendingType == emr::PolyBezierTo16;
         polyRecord(bezier ? emr::PolyBezierTo16 : emr::PolylineTo16, bezier ? emr::PolyBezierTo : emr::PolylineTo,
-                   pending);
+                   pending, false);
         pending.clear();
     };
     auto closeIfReturned = [&](bool figureOpen) {
@@ -589,7 +590,8 @@ void EmfPaintEngine::drawPath(const QPainterPath& path) {
     realizeFillMode(path.fillRule());
     const QPainterPath devicePath = transform_.map(path);
     pathRecords(devicePath);
-    const QRect box = strokeBounds(devicePath.controlPointRect());
+    // The bounds of the curve itself; its control points may lie far outside.
+    const QRect box = strokeBounds(devicePath.boundingRect());
     const uint32_t operation = pen && brush ? emr::StrokeAndFillPath : (brush ? emr::FillPath : emr::StrokePath);
     ByteWriter& w = rec_.beginRecord(operation);
     writeRect(w, box);

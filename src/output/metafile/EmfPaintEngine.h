@@ -51,7 +51,7 @@ private:
     void writeClip();
 
     // Records for shapes already in device units.
-    void polyRecord(uint32_t type16, uint32_t type32, const QPolygon& points);
+    void polyRecord(uint32_t type16, uint32_t type32, const QPolygon& points, bool grow = true);
     void rectangleRecord(uint32_t type, const QRect& box);
     void pathRecords(const QPainterPath& devicePath);
     QRect strokeBounds(const QRectF& deviceRect) const;

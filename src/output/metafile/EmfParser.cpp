@@ -34,6 +34,18 @@ constexpr uint32_t Whiteness = 0x00FF0062;
 
 QColor fromColourRef(uint32_t ref) { return QColor(ref & 0xFF, (ref >> 8) & 0xFF, (ref >> 16) & 0xFF); }
 
+// A POINTL or SIZEL: x first, then y (read in that order).
+QPointF readPointL(ByteReader& r) {
+    const double x = r.i32();
+    const double y = r.i32();
+    return {x, y};
+}
+QSizeF readSizeL(ByteReader& r) {
+    const double cx = r.i32();
+    const double cy = r.i32();
+    return {cx, cy};
+}
+
 struct LogicalPen {
     uint32_t style = gdi::PsSolid;
     double width = 0;
@@ -494,18 +506,18 @@ void EmfReader::record(uint32_t type, ByteReader& r) {
     r.seek(8);
     switch (type) {
     case emr::SetWindowExtEx:
-        dc_.page.windowExt = QSizeF(r.i32(), r.i32());
+        dc_.page.windowExt = readSizeL(r);
         stateDirty_ = true;
         break;
     case emr::SetWindowOrgEx:
-        dc_.page.windowOrg = QPointF(r.i32(), r.i32());
+        dc_.page.windowOrg = readPointL(r);
         break;
     case emr::SetViewportExtEx:
-        dc_.page.viewportExt = QSizeF(r.i32(), r.i32());
+        dc_.page.viewportExt = readSizeL(r);
         stateDirty_ = true;
         break;
     case emr::SetViewportOrgEx:
-        dc_.page.viewportOrg = QPointF(r.i32(), r.i32());
+        dc_.page.viewportOrg = readPointL(r);
         break;
     case emr::SetMapMode:
         dc_.page.mapMode = r.u32();
@@ -655,13 +667,13 @@ void EmfReader::record(uint32_t type, ByteReader& r) {
         objects_.erase(r.u32());
         break;
     case emr::MoveToEx: {
-        dc_.current = QPointF(r.i32(), r.i32());
+        dc_.current = readPointL(r);
         if (inPath_)
             path_.moveTo(map(dc_.current));
         break;
     }
     case emr::LineTo: {
-        const QPointF to(r.i32(), r.i32());
+        const QPointF to = readPointL(r);
         if (inPath_)
             path_.lineTo(map(to));
         else
@@ -766,7 +778,7 @@ void EmfReader::record(uint32_t type, ByteReader& r) {
         break;
     case emr::RoundRect: {
         const QRectF box = readRect(r);
-        const QSizeF corner(r.i32(), r.i32());
+        const QSizeF corner = readSizeL(r);
         drawBox(type, box, corner);
         break;
     }
@@ -775,8 +787,8 @@ void EmfReader::record(uint32_t type, ByteReader& r) {
     case emr::Chord:
     case emr::Pie: {
         const QRectF box = readRect(r);
-        const QPointF start(r.i32(), r.i32());
-        const QPointF end(r.i32(), r.i32());
+        const QPointF start = readPointL(r);
+        const QPointF end = readPointL(r);
         const ArcKind kind = type == emr::Pie ? ArcKind::Pie : type == emr::Chord ? ArcKind::Chord : ArcKind::Open;
         QPainterPath arc = arcPath(box, start, end, kind);
         if (type == emr::ArcTo && !arc.isEmpty()) {

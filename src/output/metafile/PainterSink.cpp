@@ -12,6 +12,10 @@ namespace {
 
 // Largest font height drawn, in device units; larger ones come from damage.
 constexpr double MaxFontPixels = 10000;
+// Text drawn with glyphs between these sizes on the target, in pixels;
+// outside them it is drawn as outlines.
+constexpr double MinGlyphPixels = 0.5;
+constexpr double MaxGlyphPixels = 512;
 // Largest number of dash entries taken from a pen.
 constexpr size_t MaxDashes = 16;
 
@@ -244,14 +248,35 @@ void PainterSink::text(const QPointF& reference, const QString& text, const std:
     }
     if (opaque_)
         painter_.fillRect(QRectF(x, y - metrics.ascent(), width, metrics.ascent() + metrics.descent()), bkColour_);
+    // Glyphs far larger or smaller than a screen's are drawn as outlines:
+    // the font engine's glyph cache is not made for them.
+    const QTransform& t = painter_.transform();
+    const double scaleX = std::hypot(t.m11(), t.m12());
+    const double scaleY = std::hypot(t.m21(), t.m22());
+    const double largest = fontEm_ * std::max(scaleX, scaleY);
+    const double smallest = fontEm_ * std::min(scaleX, scaleY);
+    const bool asOutline = !(smallest >= MinGlyphPixels && largest <= MaxGlyphPixels);
+    if (!std::isfinite(largest)) {
+        painter_.restore();
+        return;
+    }
+    auto draw = [&](const QPointF& at, const QString& piece) {
+        if (!asOutline) {
+            painter_.drawText(at, piece);
+            return;
+        }
+        QPainterPath outline;
+        outline.addText(at, font_, piece);
+        painter_.fillPath(outline, textColour_);
+    };
     painter_.setPen(textColour_);
     if (advances.size() == static_cast<size_t>(text.size())) {
         for (qsizetype i = 0; i < text.size(); ++i) {
-            painter_.drawText(QPointF(x, y), QString(text[i]));
+            draw(QPointF(x, y), QString(text[i]));
             x += advances[static_cast<size_t>(i)];
         }
     } else {
-        painter_.drawText(QPointF(x, y), text);
+        draw(QPointF(x, y), text);
     }
     painter_.restore();
 }

@@ -327,11 +327,16 @@ void FormView::surfaceResized() {
 }
 
 void FormView::syncFocus() {
-    if (!form_ || !form_->focused())
+    // Only a focus that the logic moved is passed on: the user's own moves
+    // are already where they belong.
+    if (!form_ || form_->focused() == shownFocus_)
         return;
-    QWidget* w = widgetFor(*form_->focused());
-    if (w && w->isVisible() && w->isEnabled() && !w->hasFocus())
-        w->setFocus(Qt::OtherFocusReason);
+    Control* wanted = form_->focused();
+    QWidget* w = wanted ? widgetFor(*wanted) : nullptr;
+    if (!w || !w->isVisible() || !w->isEnabled())
+        return; // tried again once it can take the focus
+    shownFocus_ = wanted;
+    w->setFocus(Qt::OtherFocusReason);
 }
 
 bool FormView::userInput(const std::function<void()>& step) {
@@ -383,8 +388,10 @@ bool FormView::eventFilter(QObject* watched, QEvent* event) {
 bool FormView::controlEvent(Control& c, QEvent* event) {
     switch (event->type()) {
     case QEvent::FocusIn:
-        if (widgets_[&c].takesFocus)
+        if (widgets_[&c].takesFocus) {
+            shownFocus_ = &c;
             userInput([&c] { c.form().setFocus(&c); });
+        }
         return false;
     case QEvent::KeyPress:
         return keyPressed(c, event);

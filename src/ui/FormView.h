@@ -83,6 +83,9 @@ private:
     std::map<const Control*, ControlWidget> widgets_;
     std::map<const QObject*, Control*> controlOf_;
     QSize lastInner_;
+    // The control whose widget the view last gave the keyboard focus (or saw
+    // take it); compared only, never used to reach the control.
+    const Control* shownFocus_ = nullptr;
 };
 
 } // namespace tessaly::ui

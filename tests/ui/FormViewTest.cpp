@@ -378,3 +378,22 @@ TEST_F(FormViewTest, LeftAlignedControlTakesTheFormsHeight) {
 
 } // namespace
 } // namespace tessaly::ui
+
+namespace tessaly::ui {
+namespace {
+
+TEST_F(FormViewTest, FocusSetByTheLogicMovesTheKeyboardFocus) {
+    add(ControlKind::TextBox, "txtWallLen");
+    add(ControlKind::CommandButton, "cmdWall", 0, 600);
+    form->on(QStringLiteral("cmdWall"), QStringLiteral("Click"),
+             [this](Control&, EventArgs&) { form->setFocus(form->find(QStringLiteral("txtWallLen"))); });
+    form->record(QStringLiteral("txtWallLen"), QStringLiteral("GotFocus"));
+    FormView view(*form);
+    view.show();
+    widget<QPushButton>(view, "cmdWall")->click();
+    EXPECT_EQ(view.focusWidget(), view.widgetFor(form->control(QStringLiteral("txtWallLen"))));
+    EXPECT_EQ(form->events, QStringList{QStringLiteral("txtWallLen.GotFocus")});
+}
+
+} // namespace
+} // namespace tessaly::ui

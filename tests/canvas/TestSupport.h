@@ -7,6 +7,7 @@
 #include "canvas/api/ViewObjects.h"
 #include "core/runtime/RuntimeError.h"
 
+#include <QRegularExpression>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>

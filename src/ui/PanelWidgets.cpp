@@ -97,6 +97,8 @@ ControlWidget makePlaceholder(Control& control, QWidget* parent, ViewSink&) {
 
 ControlWidget makeStatusBar(Control& control, QWidget* parent, ViewSink&) {
     auto* bar = new QStatusBar(parent);
+    // The panels reach the window's edge; the window frame does the resizing.
+    bar->setSizeGripEnabled(false);
     ControlWidget made{bar, nullptr, {}, false};
     made.sync = [bar, &control](const QString& p) {
         if (wants(p, "Panels"))

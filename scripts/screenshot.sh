@@ -29,9 +29,9 @@ exe=$1 home=$2 out=$3
 pid=$!
 trap 'kill "$pid" 2>/dev/null || true' EXIT
 # The splash first: it has no title, so it is found by the program's class.
-xdotool search --sync --onlyvisible --class tessaly >/dev/null
+splash=$(xdotool search --sync --onlyvisible --class tessaly | head -1)
 sleep 0.5
-import -window root "$out/splash.png"
+import -window "$splash" "$out/splash.png"
 # The main window comes up when the splash's two-second timer fires.
 xdotool search --sync --onlyvisible --name '^Tessaly - ' >/dev/null
 sleep 1

@@ -5,8 +5,14 @@
 #include "ui/FormView.h"
 
 #include <QApplication>
+#include <QColorDialog>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
+#include <QTest>
+#include <QTimer>
 
 namespace tessaly::ui {
 namespace {
@@ -109,6 +115,114 @@ TEST_F(QtUiPortTest, ScreenSizeIsThePrimaryScreensPixels) {
 
 TEST_F(QtUiPortTest, CanvasDialogsAreNotConfirmedYet) {
     EXPECT_FALSE(port.canvasDialog(QStringLiteral("LineDialog")));
+}
+
+} // namespace
+} // namespace tessaly::ui
+
+namespace tessaly::ui {
+namespace {
+
+// Answers the next dialog of its kind from inside its own event loop, once it
+// is up. Should none be there, whatever modal window is up is closed, so that
+// the test fails instead of waiting for ever.
+template <class Dialog> void whenShown(std::function<void(Dialog&)> answer) {
+    QTimer::singleShot(0, [answer] {
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (auto* dialog = qobject_cast<Dialog*>(w); dialog && dialog->isVisible()) {
+                answer(*dialog);
+                return;
+            }
+        ADD_FAILURE() << "no dialog of the expected kind is up";
+        if (QWidget* modal = QApplication::activeModalWidget())
+            modal->close();
+    });
+}
+
+TEST_F(QtUiPortTest, MessageBoxShowsTextIconAndButtonsAndReturnsThePlatformCode) {
+    QString text, title;
+    QMessageBox::Icon icon = QMessageBox::NoIcon;
+    QMessageBox::StandardButtons buttons;
+    QAbstractButton* defaultButton = nullptr;
+    whenShown<QMessageBox>([&](QMessageBox& box) {
+        text = box.text();
+        title = box.windowTitle();
+        icon = box.icon();
+        buttons = box.standardButtons();
+        defaultButton = box.defaultButton();
+        box.button(QMessageBox::No)->click();
+    });
+    const int result = port.msgBox(
+        QStringLiteral("Your Drawings Has Changed, Do You Wish To Save Your Changes?"), 292, AppTitle);
+    EXPECT_EQ(result, 7);
+    EXPECT_EQ(text, QStringLiteral("Your Drawings Has Changed, Do You Wish To Save Your Changes?"));
+    EXPECT_EQ(title, QStringLiteral("Tessaly"));
+    EXPECT_EQ(icon, QMessageBox::Question);
+    EXPECT_EQ(buttons, QMessageBox::Yes | QMessageBox::No);
+    EXPECT_NE(defaultButton, nullptr);
+}
+
+TEST_F(QtUiPortTest, YesNoBoxIgnoresEscape) {
+    whenShown<QMessageBox>([](QMessageBox& box) {
+        QTest::keyClick(&box, Qt::Key_Escape);
+        // Still up: only its buttons answer it.
+        EXPECT_TRUE(box.isVisible());
+        box.button(QMessageBox::Yes)->click();
+    });
+    EXPECT_EQ(port.msgBox(QStringLiteral("Delete?"), 4 + 48, QString()), 6);
+}
+
+TEST_F(QtUiPortTest, OkBoxAnswersEscapeWithOkAndTakesTheAmpersandLiterally) {
+    QString text;
+    whenShown<QMessageBox>([&](QMessageBox& box) {
+        text = box.text();
+        EXPECT_EQ(box.textFormat(), Qt::PlainText);
+        QTest::keyClick(&box, Qt::Key_Escape);
+    });
+    EXPECT_EQ(port.msgBox(QStringLiteral("Save & Exit <now>"), 16, QString()), 1);
+    EXPECT_EQ(text, QStringLiteral("Save & Exit <now>"));
+}
+
+TEST_F(QtUiPortTest, InputBoxGivesTheTextOrNothingOnCancel) {
+    whenShown<QInputDialog>([](QInputDialog& dialog) {
+        EXPECT_EQ(dialog.labelText(), QStringLiteral("Enter the wall length"));
+        EXPECT_EQ(dialog.textValue(), QStringLiteral("100"));
+        dialog.setTextValue(QStringLiteral("2500"));
+        dialog.accept();
+    });
+    EXPECT_EQ(port.inputBox(QStringLiteral("Enter the wall length"), QString(), QStringLiteral("100")),
+              std::optional<QString>(QStringLiteral("2500")));
+    whenShown<QInputDialog>([](QInputDialog& dialog) { dialog.reject(); });
+    EXPECT_EQ(port.inputBox(QStringLiteral("Enter the wall length"), QString(), QString()), std::nullopt);
+}
+
+TEST_F(QtUiPortTest, OpenDialogTakesFilterFolderAndFileOfTheRequest) {
+    QStringList filters;
+    QString folder, defaultSuffixSeen;
+    whenShown<QFileDialog>([&](QFileDialog& dialog) {
+        filters = dialog.nameFilters();
+        folder = dialog.directory().absolutePath();
+        defaultSuffixSeen = dialog.defaultSuffix();
+        dialog.reject();
+    });
+    FileDialogRequest request;
+    request.filter = QStringLiteral("Tessaly Database (*.mdb)|*.mdb");
+    request.defaultExt = QStringLiteral(".mdb");
+    request.initialDir = home.home().dir();
+    request.initialFile = QStringLiteral("KORV.mdb");
+    EXPECT_EQ(port.openDialog(request), std::nullopt);
+    EXPECT_EQ(filters, QStringList{QStringLiteral("Tessaly Database (*.mdb)")});
+    EXPECT_EQ(folder, home.home().dir());
+    EXPECT_EQ(defaultSuffixSeen, QStringLiteral("mdb"));
+}
+
+TEST_F(QtUiPortTest, ColourDialogReturnsTheColourWithRedInTheLowByte) {
+    whenShown<QColorDialog>([](QColorDialog& dialog) {
+        EXPECT_EQ(dialog.currentColor(), QColor(0x20, 0x40, 0x80));
+        dialog.setCurrentColor(QColor(255, 0, 0));
+        dialog.accept();
+    });
+    EXPECT_EQ(port.colourDialog(0x804020u), std::optional<unsigned>(0x0000FFu));
 }
 
 } // namespace

@@ -13,6 +13,11 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+// Readable QString values in test failure messages.
+inline void PrintTo(const QString& s, std::ostream* os) {
+    *os << '"' << s.toStdString() << '"';
+}
+
 namespace tessaly::canvas::test {
 
 // Records every event of a canvas as a line of text, in order.

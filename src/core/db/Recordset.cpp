@@ -206,10 +206,6 @@ void Recordset::resolveColumns(const SqlStatement& statement, const QStringList&
             c.name = tables_[c.table].name + QLatin1Char('.') + c.name;
     }
     visible_ = shown;
-    ordinals_.clear();
-    for (int o = 0; o < static_cast<int>(visible_.size()); ++o)
-        if (!ordinals_.contains(columns_[visible_[o]].name.toLower()))
-            ordinals_.insert(columns_[visible_[o]].name.toLower(), o);
 }
 
 void Recordset::Close() {
@@ -219,7 +215,6 @@ void Recordset::Close() {
     rows_.clear();
     columns_.clear();
     visible_.clear();
-    ordinals_.clear();
     buffer_.clear();
     editMode_ = adEditNone;
     backend_.reset();
@@ -346,7 +341,16 @@ int Recordset::FieldCount() const {
 }
 
 int Recordset::FieldOrdinal(const QString& name) const {
-    return ordinals_.value(name.toLower(), -1);
+    // A row has a few fields, and names are mostly written as the table spells
+    // them: a plain comparison finds them faster than hashing the name.
+    const int count = static_cast<int>(visible_.size());
+    for (int o = 0; o < count; ++o)
+        if (columns_[visible_[o]].name == name)
+            return o;
+    for (int o = 0; o < count; ++o)
+        if (columns_[visible_[o]].name.compare(name, Qt::CaseInsensitive) == 0)
+            return o;
+    return -1;
 }
 
 int Recordset::columnOf(int ordinal) const {
@@ -393,12 +397,37 @@ void Recordset::setValue(const QString& name, const QVariant& value) {
     setValue(ordinal, value);
 }
 
+QVariant Recordset::programValue(const Column& column, const QVariant& stored) const {
+    // Texts and whole numbers are held as the program reads them; only the
+    // other types need the engine's conversion.
+    const int held = stored.metaType().id();
+    switch (column.type) {
+    case FieldType::Text:
+    case FieldType::Memo:
+        if (held == QMetaType::QString)
+            return stored;
+        break;
+    case FieldType::Counter:
+    case FieldType::Long:
+    case FieldType::Short:
+        if (held == QMetaType::Int)
+            return stored;
+        if (held == QMetaType::LongLong)
+            return QVariant(static_cast<int>(stored.toLongLong()));
+        break;
+    case FieldType::Variant:
+        return stored;
+    default:
+        break;
+    }
+    return values::toProgram(column.type, backend_->dialect().fromStorage(column.type, stored));
+}
+
 QVariant Recordset::value(int ordinal) const {
     const int col = columnOf(ordinal);
     requireCurrent();
     const QVariant& stored = editMode_ != adEditNone ? buffer_[col] : rows_[position_][col];
-    const Column& c = columns_[col];
-    return values::toProgram(c.type, backend_->dialect().fromStorage(c.type, stored));
+    return programValue(columns_[col], stored);
 }
 
 QVariant Recordset::rowValue(int row, int ordinal) const {
@@ -407,8 +436,7 @@ QVariant Recordset::rowValue(int row, int ordinal) const {
         raiseBadArgument();
     const bool pending = editMode_ != adEditNone && row == position_;
     const QVariant& stored = pending ? buffer_[col] : rows_[row][col];
-    const Column& c = columns_[col];
-    return values::toProgram(c.type, backend_->dialect().fromStorage(c.type, stored));
+    return programValue(columns_[col], stored);
 }
 
 void Recordset::requireUpdatable() const {

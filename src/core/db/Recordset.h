@@ -159,6 +159,7 @@ private:
     void requireUpdatable() const;
     bool atRow() const;
     int columnOf(int ordinal) const;
+    QVariant programValue(const Column& column, const QVariant& stored) const;
     void placeCursor(int position, int reason);
     void saveBeforeMove();
     void fire(RecordsetEvent::Kind kind, int reason);
@@ -174,8 +175,7 @@ private:
     bool updatable_ = false;
 
     std::vector<Column> columns_;
-    std::vector<int> visible_;     // ordinal -> column
-    QHash<QString, int> ordinals_; // lower-case name -> ordinal
+    std::vector<int> visible_; // ordinal -> column
     std::vector<Table> tables_;
     std::vector<QVariantList> rows_; // values as the engine holds them
 

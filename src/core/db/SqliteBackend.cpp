@@ -2,6 +2,7 @@
 
 #include "DbErrors.h"
 #include "ProjectSchema.h"
+#include "SqliteRows.h"
 #include "Values.h"
 
 #include <QFile>
@@ -164,13 +165,21 @@ SqliteBackend::SqliteBackend(const QString& hostPath, const QString& logicPath, 
     try {
         run(QStringLiteral("PRAGMA journal_mode=WAL"), dberr::ProviderFailure);
         run(QStringLiteral("PRAGMA foreign_keys=ON"), dberr::ProviderFailure);
-        // Each Update's commit reaches the disk before Update returns.
-        run(QStringLiteral("PRAGMA synchronous=FULL"), dberr::ProviderFailure);
+        // With write-ahead logging, NORMAL keeps the file consistent through any
+        // crash of the program or the machine; a power cut may lose the last
+        // commits, never half of one.
+        run(QStringLiteral("PRAGMA synchronous=NORMAL"), dberr::ProviderFailure);
         run(QStringLiteral("SELECT count(*) FROM sqlite_master"), dberr::ProviderFailure);
     } catch (const std::exception&) {
         close();
         dberr::raiseProviderFailure(unrecognized);
     }
+}
+
+QueryResult SqliteBackend::query(const QString& sql, const QVariantList& params) {
+    if (params.isEmpty() && SqliteRows::available() && database().isOpen())
+        return SqliteRows::fetch(database(), sql);
+    return QtSqlBackend::query(sql, params);
 }
 
 QString SqliteBackend::beginStatement() const {

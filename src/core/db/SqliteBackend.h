@@ -29,6 +29,7 @@ public:
     SqliteBackend(const QString& hostPath, const QString& logicPath, int busyTimeoutMs);
 
     const Dialect& dialect() const override { return dialect_; }
+    QueryResult query(const QString& sql, const QVariantList& params = {}) override;
 
     // Prepares a new, empty file: write-ahead logging and relations enforced.
     static void configureNew(QSqlDatabase& db);

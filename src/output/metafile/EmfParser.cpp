@@ -108,7 +108,12 @@ public:
 
 private:
     void record(uint32_t type, ByteReader& r);
-    QTransform toDevice() const { return dc_.world * dc_.page.transform(devicePerMm_); }
+    // The mapping from logical to device units, kept until a record changes it.
+    const QTransform& toDevice() const {
+        if (!toDevice_)
+            toDevice_ = dc_.world * dc_.page.transform(devicePerMm_);
+        return *toDevice_;
+    }
     QPointF map(const QPointF& p) const { return toDevice().map(p); }
     double lengthScale() const { return std::sqrt(std::abs(toDevice().determinant())); }
     bool axisAligned() const {
@@ -144,6 +149,7 @@ private:
     std::optional<BrushSpec> sentBrush_;
     std::optional<FontSpec> sentFont_;
     bool stateDirty_ = true;
+    mutable std::optional<QTransform> toDevice_;
 };
 
 uint32_t EmfReader::run() {
@@ -502,8 +508,26 @@ void EmfReader::combineClip(const QPainterPath& region, uint32_t mode) {
     }
 }
 
+bool changesMapping(uint32_t type) {
+    switch (type) {
+    case emr::SetWindowExtEx:
+    case emr::SetWindowOrgEx:
+    case emr::SetViewportExtEx:
+    case emr::SetViewportOrgEx:
+    case emr::SetMapMode:
+    case emr::RestoreDc:
+    case emr::SetWorldTransform:
+    case emr::ModifyWorldTransform:
+        return true;
+    default:
+        return false;
+    }
+}
+
 void EmfReader::record(uint32_t type, ByteReader& r) {
     r.seek(8);
+    if (changesMapping(type))
+        toDevice_.reset();
     switch (type) {
     case emr::SetWindowExtEx:
         dc_.page.windowExt = readSizeL(r);
@@ -882,6 +906,8 @@ void EmfReader::record(uint32_t type, ByteReader& r) {
     default:
         break; // records that do not draw (comments, palettes, ICM, ...)
     }
+    if (changesMapping(type))
+        toDevice_.reset();
 }
 
 } // namespace

@@ -53,7 +53,10 @@ void PainterSink::setPen(const PenSpec& spec) {
         pen_ = QPen(Qt::NoPen);
         return;
     }
-    QPen pen(spec.colour, std::clamp(spec.width, 0.0, 1e6));
+    // As on a GDI device, no pen is thinner than one pixel of the target:
+    // widths up to one pixel are drawn as one-pixel (cosmetic) lines.
+    const double onTarget = spec.width * std::sqrt(std::abs(base_.determinant()));
+    QPen pen(spec.colour, onTarget <= 1.0 ? 0.0 : std::clamp(spec.width, 0.0, 1e6));
     switch (spec.style & gdi::PsStyleMask) {
     case gdi::PsDash:
         pen.setStyle(Qt::DashLine);
@@ -159,21 +162,31 @@ void PainterSink::setClip(const std::optional<QPainterPath>& clip) {
         painter_.setClipping(false);
 }
 
+void PainterSink::apply(const QPen& pen, const QBrush& brush) {
+    if (applied_ && appliedPen_ == pen && appliedBrush_ == brush)
+        return;
+    painter_.setPen(pen);
+    painter_.setBrush(brush);
+    appliedPen_ = pen;
+    appliedBrush_ = brush;
+    applied_ = true;
+}
+
 void PainterSink::fillAndStroke(const QPainterPath& figure, bool stroke, bool fill) {
     if (fill && hatched_ && opaque_) {
-        painter_.setPen(Qt::NoPen);
-        painter_.setBrush(bkColour_);
+        apply(QPen(Qt::NoPen), QBrush(bkColour_));
         painter_.drawPath(figure);
     }
-    painter_.setPen(stroke ? pen_ : QPen(Qt::NoPen));
-    painter_.setBrush(fill ? brush_ : QBrush(Qt::NoBrush));
+    apply(stroke ? pen_ : QPen(Qt::NoPen), fill ? brush_ : QBrush(Qt::NoBrush));
     painter_.drawPath(figure);
 }
 
 void PainterSink::polyline(const QPolygonF& points) {
-    painter_.setPen(pen_);
-    painter_.setBrush(Qt::NoBrush);
-    painter_.drawPolyline(points);
+    apply(pen_, QBrush(Qt::NoBrush));
+    if (points.size() == 2)
+        painter_.drawLine(points[0], points[1]);
+    else
+        painter_.drawPolyline(points);
 }
 
 void PainterSink::polyPolygon(const QList<QPolygonF>& polygons) {
@@ -211,6 +224,7 @@ void PainterSink::text(const QPointF& reference, const QString& text, const std:
     if (options & gdi::EtoOpaque && box.isValid())
         painter_.fillRect(box, bkColour_);
     painter_.save();
+    applied_ = false;
     if (options & gdi::EtoClipped && box.isValid())
         painter_.setClipRect(box, Qt::IntersectClip);
     painter_.setFont(font_);
@@ -270,6 +284,7 @@ void PainterSink::text(const QPointF& reference, const QString& text, const std:
         painter_.fillPath(outline, textColour_);
     };
     painter_.setPen(textColour_);
+    applied_ = false; // the restore below brings back the pen, but not into the record of what was applied
     if (advances.size() == static_cast<size_t>(text.size())) {
         for (qsizetype i = 0; i < text.size(); ++i) {
             draw(QPointF(x, y), QString(text[i]));

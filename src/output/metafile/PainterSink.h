@@ -41,7 +41,13 @@ private:
     // the background mode is opaque.
     void fillAndStroke(const QPainterPath& figure, bool stroke, bool fill);
 
+    // Sets the painter's pen and brush only when they differ from what it has.
+    void apply(const QPen& pen, const QBrush& brush);
+
     QPainter& painter_;
+    bool applied_ = false;
+    QPen appliedPen_;
+    QBrush appliedBrush_;
     QTransform base_;
     QPen pen_;
     QBrush brush_;

@@ -51,7 +51,8 @@ bool clickedByMouse(ControlKind kind) {
 }
 } // namespace
 
-FormView::FormView(Form& form, QWidget* parent) : QWidget(parent, Qt::Window), form_(&form) {
+FormView::FormView(Form& form, QWidget* parent)
+    : QWidget(parent, Qt::Window), form_(&form), alive_(form.weak_from_this()), owned_(!alive_.expired()) {
     setObjectName(form.name());
     setAttribute(Qt::WA_StyledBackground);
     build();
@@ -141,6 +142,8 @@ void FormView::showCurrentTab(const Control& strip) {
 }
 
 void FormView::detach() {
+    if (owned_ && alive_.expired())
+        form_ = nullptr; // gone already, and its controls with it
     if (!form_)
         return;
     for (const ControlPtr& c : form_->controls())
@@ -354,7 +357,10 @@ bool FormView::deliver(const std::function<void()>& step, bool fromUser) {
     if (fromUser && !app.acceptsInput(*form_))
         return true;
     app.dispatch(step);
-    // The handler may have unloaded the form: the UI port has detached us then.
+    // The handler may have unloaded the form: the UI port has detached us
+    // then, or else the form is gone with its controls.
+    if (owned_ && alive_.expired())
+        form_ = nullptr;
     if (!form_)
         return false;
     syncFocus();

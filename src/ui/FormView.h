@@ -77,6 +77,10 @@ private:
     bool keyPressed(Control& control, QEvent* event);
 
     Form* form_;
+    // Set when the form is owned by a shared pointer (as every loaded form
+    // is): lets the view notice a form that went away without being detached.
+    std::weak_ptr<AutoObject> alive_;
+    bool owned_;
     QMenuBar* menuBar_ = nullptr;
     QWidget* surface_ = nullptr;
     std::unique_ptr<MenuView> menus_;

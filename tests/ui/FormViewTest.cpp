@@ -397,3 +397,29 @@ TEST_F(FormViewTest, FocusSetByTheLogicMovesTheKeyboardFocus) {
 
 } // namespace
 } // namespace tessaly::ui
+
+namespace tessaly::ui {
+namespace {
+
+TEST_F(FormViewTest, ViewNoticesAFormUnloadedWithoutItsPortTellingIt) {
+    // The scripted port keeps no windows: the view learns of the unload from
+    // the form's end alone, and stops there.
+    scripted.app.registerForm(QStringLiteral("frmGone"), [](ApplicationBase& a) {
+        auto gone = std::make_shared<RecordingForm>(a, QStringLiteral("frmGone"));
+        gone->add(ControlKind::CommandButton, QStringLiteral("cmdClose")).move(0, 0, 1200, 400);
+        gone->on(QStringLiteral("cmdClose"), QStringLiteral("Click"),
+                 [&a, g = gone.get()](Control&, EventArgs&) { a.unload(*g); });
+        return gone;
+    });
+    Form& gone = scripted.app.form(QStringLiteral("frmGone"));
+    FormView view(gone);
+    auto* button = view.findChild<QPushButton*>(QStringLiteral("cmdClose"));
+    button->click();
+    EXPECT_EQ(scripted.app.loaded(QStringLiteral("frmGone")), nullptr);
+    EXPECT_EQ(view.form(), nullptr);
+    button->click(); // nothing left to reach
+    EXPECT_EQ(view.form(), nullptr);
+}
+
+} // namespace
+} // namespace tessaly::ui

@@ -8,6 +8,8 @@
 namespace tessaly::canvas {
 
 namespace {
+constexpr size_t IndexSlack = 64; // shapes added before the first re-layout of the grid
+
 // The highest id of a shape and of the members of its groups.
 int deepMaxId(const ShapeData& s) {
     int m = s.id;
@@ -67,7 +69,8 @@ void Drawing::insert(int position, ShapePtr shape) {
     if (!atEnd)
         positionsDirty_ = true;
     noteId(id, position);
-    if (index_.wantsRebuild(shapes_.size()))
+    // the grid's cells are sized for the number of shapes: lay it out again as the drawing grows
+    if (index_.wantsRebuild(shapes_.size()) || shapes_.size() > 2 * indexBuiltFor_ + IndexSlack)
         rebuildIndex();
 }
 
@@ -133,6 +136,7 @@ void Drawing::rebuildIndex() {
     for (const ShapePtr& s : shapes_)
         entries.emplace_back(s->id, geometry::visualBounds(*s));
     index_.rebuild(entries, indexArea());
+    indexBuiltFor_ = shapes_.size();
 }
 
 std::vector<int> Drawing::positionsIn(const QRectF& area) const {

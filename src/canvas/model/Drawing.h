@@ -89,6 +89,7 @@ private:
     mutable bool positionsDirty_ = false;
     int nextId_ = 1;
     SpatialIndex index_;
+    size_t indexBuiltFor_ = 0; // shapes when the grid was last laid out
     std::vector<int> linkIds_;
 };
 

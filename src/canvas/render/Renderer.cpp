@@ -202,7 +202,8 @@ void drawLens(QPainter& p, const ShapeData& s, const Context& ctx, int position)
 
 void drawShadow(QPainter& p, const ShapeData& s) {
     const ShadowStyle& sh = s.st().shadow;
-    QPainterPath path = geometry::outline(s).translated(sh.offsetX, sh.offsetY);
+    // the shadow falls the same way whatever the shape's rotation
+    QPainterPath path = geometry::pageOutline(s).translated(sh.offsetX, sh.offsetY);
     if (isArea(s)) {
         p.fillPath(path, qcolour(sh.colour));
     } else {
@@ -224,14 +225,14 @@ void drawShapeIn(QPainter& p, const ShapeData& s, Context& ctx, int position) {
     const ShapeStyle& st = s.st();
     const bool area = isArea(s);
     const bool lensOn = st.lens.active && ctx.drawing && ctx.lensDepth < MaxLensDepth && area;
+    if (st.shadow.visible)
+        drawShadow(p, s);
     if (lensOn)
         drawLens(p, s, ctx, position);
     if (rotated) {
         p.save();
         p.setTransform(geometry::rotation(s), true);
     }
-    if (st.shadow.visible)
-        drawShadow(p, s);
     const QRectF box = s.box();
     const QPen pen = penFor(s);
     p.setPen(pen);
@@ -273,6 +274,8 @@ void drawGrid(QPainter& p, const PageSettings& page, const QRectF& area, double 
     QPen pen(qcolour(page.gridColour), 0, Qt::DotLine);
     pen.setCosmetic(true);
     p.setPen(pen);
+    const bool smooth = p.testRenderHint(QPainter::Antialiasing);
+    p.setRenderHint(QPainter::Antialiasing, false); // crisp one-pixel lines
     const QRectF r = area.intersected(QRectF(0, 0, page.width, page.height));
     for (double x = std::ceil(r.left() / page.gridSpacingX) * page.gridSpacingX; x <= r.right();
          x += page.gridSpacingX)
@@ -280,18 +283,22 @@ void drawGrid(QPainter& p, const PageSettings& page, const QRectF& area, double 
     for (double y = std::ceil(r.top() / page.gridSpacingY) * page.gridSpacingY; y <= r.bottom();
          y += page.gridSpacingY)
         p.drawLine(QPointF(r.left(), y), QPointF(r.right(), y));
+    p.setRenderHint(QPainter::Antialiasing, smooth);
 }
 
 void drawGuides(QPainter& p, const PageState& st, const QRectF& area) {
     QPen pen(qcolour(st.page.guideColour), 0);
     pen.setCosmetic(true);
     p.setPen(pen);
+    const bool smooth = p.testRenderHint(QPainter::Antialiasing);
+    p.setRenderHint(QPainter::Antialiasing, false); // crisp one-pixel lines
     for (int y : st.horizontalGuides)
         if (y >= area.top() && y <= area.bottom())
             p.drawLine(QPointF(area.left(), y), QPointF(area.right(), y));
     for (int x : st.verticalGuides)
         if (x >= area.left() && x <= area.right())
             p.drawLine(QPointF(x, area.top()), QPointF(x, area.bottom()));
+    p.setRenderHint(QPainter::Antialiasing, smooth);
 }
 
 void drawSelection(QPainter& p, const RenderScene& scene) {

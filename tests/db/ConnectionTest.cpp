@@ -138,6 +138,7 @@ TEST_P(ConnectionTest, ClosingTheConnectionStopsItsRecordsets) {
     c.Open(connectionString());
     Recordset rs;
     rs.Open(QStringLiteral("SELECT * FROM Clients;"), c, adOpenDynamic, adLockOptimistic, adCmdText);
+    EXPECT_EQ(rs.Fields(QStringLiteral("Client")).Value().toString(), QStringLiteral("Ann"));
     c.Close();
     rs.Fields(QStringLiteral("Town")) = QStringLiteral("Bodmin");
     EXPECT_EQ(errorOf([&] { rs.Update(); }).number(), 3704);

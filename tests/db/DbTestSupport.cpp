@@ -12,7 +12,6 @@
 #include <QProcess>
 #include <QTextStream>
 #include <atomic>
-#include <cstdlib>
 
 namespace tessaly::db::test {
 
@@ -27,9 +26,19 @@ QString scriptDir() {
 
 } // namespace
 
+namespace {
+PostgresServer* started = nullptr; // the server object, once a test asked for it
+}
+
 PostgresServer& PostgresServer::instance() {
     static PostgresServer server;
+    started = &server;
     return server;
+}
+
+void stopOwnPostgresServer() {
+    if (started)
+        started->stopOwnServer();
 }
 
 PostgresServer::PostgresServer() {
@@ -48,13 +57,13 @@ PostgresServer::PostgresServer() {
                    QString::fromLocal8Bit(start.readAll());
         return;
     }
-    std::atexit([] { PostgresServer::instance().stopOwnServer(); });
 }
 
 void PostgresServer::stopOwnServer() {
     if (ownState_.isEmpty())
         return;
     QProcess::execute(scriptDir() + QStringLiteral("/pg_stop.sh"), {ownState_});
+    QDir(ownState_).removeRecursively();
     ownState_.clear();
 }
 

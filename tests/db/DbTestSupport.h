@@ -39,6 +39,10 @@ private:
     QString ownState_; // set when this process started the server itself
 };
 
+// Stops the server this process started for itself, if it did; the main
+// function calls it once all tests have run.
+void stopOwnPostgresServer();
+
 // A fresh project database for each test, on the engine of the test's parameter.
 class DbTest : public ::testing::TestWithParam<Engine> {
 protected:

@@ -128,6 +128,45 @@ TEST_P(RecordsetTest, AddNewAndUpdateReadBackTheGeneratedKey) {
     EXPECT_TRUE(rows[0].value(QStringLiteral("Town")).isNull());
 }
 
+TEST_P(RecordsetTest, AddingToATableKeepsItsRowsAroundTheNewOne) {
+    addClient(connectionString(), QStringLiteral("Ann"));
+    addClient(connectionString(), QStringLiteral("Bob"));
+    Recordset rs;
+    rs.Open(QStringLiteral("SELECT * FROM Clients;"), connection, adOpenDynamic, adLockOptimistic, adCmdText);
+    rs.AddNew();
+    rs.Fields(QStringLiteral("Client")) = QStringLiteral("Cy");
+    rs.Update();
+    EXPECT_EQ(rs.Fields(QStringLiteral("ClientID")).Value(), QVariant(3));
+    EXPECT_EQ(rs.RecordCount(), 3);
+    EXPECT_EQ(rs.AbsolutePosition(), 3);
+    EXPECT_EQ(rs.Fields(QStringLiteral("Client")).Value().toString(), QStringLiteral("Cy"));
+    rs.MoveFirst();
+    EXPECT_EQ(rs.Fields(QStringLiteral("Client")).Value().toString(), QStringLiteral("Ann"));
+    rs.Close();
+
+    // A new row that the condition would not select stays in the recordset all the same.
+    rs.Open(QStringLiteral("SELECT * FROM Clients WHERE (((Clients.ClientID)=1));"), connection,
+            adOpenDynamic, adLockOptimistic, adCmdText);
+    rs.AddNew();
+    rs.Fields(QStringLiteral("Client")) = QStringLiteral("Dee");
+    rs.Update();
+    EXPECT_EQ(rs.RecordCount(), 2);
+    EXPECT_EQ(rs.AbsolutePosition(), 2);
+    EXPECT_EQ(rs.Fields(QStringLiteral("ClientID")).Value(), QVariant(4));
+    rs.MoveFirst();
+    EXPECT_EQ(rs.Fields(QStringLiteral("Client")).Value().toString(), QStringLiteral("Ann"));
+    rs.Close();
+
+    // A new row dropped before anything was read leaves the cursor on the first row.
+    rs.Open(QStringLiteral("SELECT * FROM Clients;"), connection, adOpenDynamic, adLockOptimistic, adCmdText);
+    rs.AddNew();
+    rs.CancelUpdate();
+    EXPECT_FALSE(rs.BOF());
+    EXPECT_EQ(rs.RecordCount(), 4);
+    EXPECT_EQ(rs.AbsolutePosition(), 1);
+    EXPECT_EQ(rs.Fields(QStringLiteral("Client")).Value().toString(), QStringLiteral("Ann"));
+}
+
 TEST_P(RecordsetTest, UpdateWritesTheCurrentRowOnly) {
     const int a = addClient(connectionString(), QStringLiteral("Ann"), QStringLiteral("1 Road"));
     const int b = addClient(connectionString(), QStringLiteral("Bob"), QStringLiteral("2 Road"));

@@ -118,9 +118,15 @@ void Recordset::openStatement(const SqlStatement& statement) {
                         .arg(dialect.identifier(statement.tables()[0].refName(), false),
                              dialect.identifier(tables_[0].keyColumn, false));
 
-    QueryResult result = backend_->query(statement.render(dialect, extraSelect, extraTail));
+    fullSql_ = statement.render(dialect, extraSelect, extraTail);
+    // A table opened for writing is often opened only to add a row to it:
+    // its rows are read when first needed, so that adding to a large table
+    // does not read the whole table first.
+    pending_ = updatable_ && tables_.size() == 1 && !extraTail.isEmpty();
+    QueryResult result = backend_->query(pending_ ? fullSql_ + QStringLiteral(" LIMIT 0") : fullSql_);
     resolveColumns(statement, result.columns);
     rows_ = std::move(result.rows);
+    onSessionRow_ = false;
     position_ = 0;
     currentDeleted_ = false;
     editMode_ = adEditNone;
@@ -244,19 +250,57 @@ bool Recordset::atRow() const {
     return !currentDeleted_ && position_ >= 0 && position_ < static_cast<int>(rows_.size());
 }
 
+void Recordset::fetchPending() const {
+    if (pending_ && open_)
+        const_cast<Recordset*>(this)->fetchRows();
+}
+
+void Recordset::fetchRows() {
+    pending_ = false;
+    QueryResult result = backend_->query(fullSql_);
+    std::vector<QVariantList> merged = std::move(result.rows);
+    // Rows added before the read keep their place in the recordset, found by key.
+    const int key = tables_[0].keyResultColumn;
+    std::vector<int> placed(rows_.size(), 0);
+    for (int i = 0; i < static_cast<int>(rows_.size()); ++i) {
+        int found = -1;
+        const bool unsaved = editMode_ == adEditAdd && i == position_;
+        for (int j = 0; !unsaved && j < static_cast<int>(merged.size()) && found < 0; ++j)
+            if (merged[j][key] == rows_[i][key])
+                found = j;
+        if (found < 0) {
+            merged.push_back(rows_[i]);
+            found = static_cast<int>(merged.size()) - 1;
+        }
+        placed[i] = found;
+    }
+    const auto place = [&](int session, bool onSession) {
+        return onSession && session >= 0 && session < static_cast<int>(placed.size()) ? placed[session] : 0;
+    };
+    position_ = place(position_, onSessionRow_);
+    positionBeforeAdd_ = place(positionBeforeAdd_, sessionBeforeAdd_);
+    onSessionRow_ = false;
+    sessionBeforeAdd_ = false;
+    rows_ = std::move(merged);
+}
+
 void Recordset::requireCurrent() const {
     requireOpen();
+    if (!onSessionRow_)
+        fetchPending();
     if (!atRow())
         dberr::raiseNoCurrentRecord();
 }
 
 bool Recordset::BOF() const {
     requireOpen();
+    fetchPending();
     return !currentDeleted_ && (rows_.empty() || position_ < 0);
 }
 
 bool Recordset::EOF_() const {
     requireOpen();
+    fetchPending();
     return !currentDeleted_ && (rows_.empty() || position_ >= static_cast<int>(rows_.size()));
 }
 
@@ -266,6 +310,7 @@ void Recordset::saveBeforeMove() {
 }
 
 void Recordset::placeCursor(int position, int reason) {
+    fetchPending();
     position_ = position;
     currentDeleted_ = false;
     fire(RecordsetEvent::Kind::MoveComplete, reason);
@@ -274,6 +319,7 @@ void Recordset::placeCursor(int position, int reason) {
 void Recordset::MoveFirst() {
     requireOpen();
     saveBeforeMove();
+    fetchPending();
     if (rows_.empty())
         dberr::raiseNoCurrentRecord();
     placeCursor(0, adRsnMoveFirst);
@@ -282,6 +328,7 @@ void Recordset::MoveFirst() {
 void Recordset::MoveLast() {
     requireOpen();
     saveBeforeMove();
+    fetchPending();
     if (rows_.empty())
         dberr::raiseNoCurrentRecord();
     placeCursor(static_cast<int>(rows_.size()) - 1, adRsnMoveLast);
@@ -306,6 +353,7 @@ void Recordset::MovePrevious() {
 
 int Recordset::AbsolutePosition() const {
     requireOpen();
+    fetchPending();
     if (currentDeleted_)
         return adPosUnknown;
     if (BOF())
@@ -317,6 +365,7 @@ int Recordset::AbsolutePosition() const {
 
 void Recordset::setAbsolutePosition(int position) {
     requireOpen();
+    fetchPending();
     if (position < 1 || position > static_cast<int>(rows_.size()))
         raiseBadArgument();
     saveBeforeMove();
@@ -325,6 +374,7 @@ void Recordset::setAbsolutePosition(int position) {
 
 int Recordset::RecordCount() const {
     requireOpen();
+    fetchPending();
     return static_cast<int>(rows_.size());
 }
 
@@ -432,6 +482,7 @@ QVariant Recordset::value(int ordinal) const {
 
 QVariant Recordset::rowValue(int row, int ordinal) const {
     const int col = columnOf(ordinal);
+    fetchPending();
     if (row < 0 || row >= static_cast<int>(rows_.size()))
         raiseBadArgument();
     const bool pending = editMode_ != adEditNone && row == position_;
@@ -476,6 +527,7 @@ void Recordset::AddNew() {
     saveBeforeMove();
     positionBeforeAdd_ = position_;
     deletedBeforeAdd_ = currentDeleted_;
+    sessionBeforeAdd_ = onSessionRow_;
     QVariantList empty;
     for (std::size_t i = 0; i < columns_.size(); ++i)
         empty.append(QVariant());
@@ -484,6 +536,7 @@ void Recordset::AddNew() {
     dirty_.assign(columns_.size(), false);
     editMode_ = adEditAdd;
     position_ = static_cast<int>(rows_.size()) - 1;
+    onSessionRow_ = pending_;
     currentDeleted_ = false;
     fire(RecordsetEvent::Kind::MoveComplete, adRsnAddNew);
 }
@@ -583,6 +636,7 @@ void Recordset::CancelUpdate() {
         editMode_ = adEditNone;
         buffer_.clear();
         position_ = positionBeforeAdd_;
+        onSessionRow_ = sessionBeforeAdd_;
         currentDeleted_ = deletedBeforeAdd_;
         fire(RecordsetEvent::Kind::RecordChanged, adRsnUndoAddNew);
         fire(RecordsetEvent::Kind::MoveComplete, adRsnUndoAddNew);

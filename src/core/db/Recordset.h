@@ -156,6 +156,9 @@ private:
     void resolveColumns(const SqlStatement& statement, const QStringList& resultColumns);
     void requireOpen() const;
     void requireCurrent() const;
+    // Reads the rows of a recordset whose reading was put off.
+    void fetchPending() const;
+    void fetchRows();
     void requireUpdatable() const;
     bool atRow() const;
     int columnOf(int ordinal) const;
@@ -186,6 +189,13 @@ private:
     std::vector<bool> dirty_;
     int positionBeforeAdd_ = -1;
     bool deletedBeforeAdd_ = false;
+
+    // Rows not read yet: rows_ then holds only the rows added since opening,
+    // and the cursor stands on one of them (onSessionRow_) or on the first row.
+    bool pending_ = false;
+    bool onSessionRow_ = false;
+    bool sessionBeforeAdd_ = false;
+    QString fullSql_;
 
     std::vector<std::pair<int, Listener>> listeners_;
     int nextListenerId_ = 1;

@@ -1,8 +1,8 @@
 // What users wait for in metafile output: writing a large plan's EMF,
 // converting it to the placeable WMF, and playing it back.
+#include "core/port/UiPort.h"
 #include "core/runtime/Waiter.h"
 #include "core/settings/SettingsStore.h"
-#include "core/port/UiPort.h"
 #include "output/metafile/EmfPaintDevice.h"
 #include "output/metafile/MetafilePlayer.h"
 #include "output/metafile/PrintMod.h"
@@ -33,7 +33,8 @@ void ensureApplication() {
 }
 
 QByteArray linesEmf() {
-    tessaly::metafile::EmfPaintDevice device(QSizeF(PageWidth * MmPerInch / Dpi, PageHeight * MmPerInch / Dpi), Dpi);
+    tessaly::metafile::EmfPaintDevice device(
+        QSizeF(PageWidth * MmPerInch / Dpi, PageHeight * MmPerInch / Dpi), Dpi);
     QPainter painter(&device);
     painter.setPen(QPen(Qt::black, 1));
     for (int i = 0; i < LineCount; ++i) {

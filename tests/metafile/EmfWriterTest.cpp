@@ -88,7 +88,8 @@ void checkStructure(const QByteArray& emf, const QString& name) {
             EXPECT_EQ(live.erase(u32(emf, r.offset + 8)), 1u);
         } else if (r.type == emr::SelectObject) {
             const uint32_t index = u32(emf, r.offset + 8);
-            EXPECT_TRUE((index & 0x80000000u) || live.count(index)) << "selects an object that does not exist";
+            EXPECT_TRUE((index & 0x80000000u) || live.count(index))
+                << "selects an object that does not exist";
         }
     }
     EXPECT_TRUE(live.empty()) << "objects left allocated at the end";
@@ -192,7 +193,7 @@ TEST(EmfWriter, BrushRecordsForSolidHatchAndTexture) {
     ASSERT_EQ(patterns.size(), 2u);
     const qsizetype t = patterns[0].offset;
     const uint32_t bmi = u32(emf, t + 16);
-    EXPECT_EQ(i32(emf, t + bmi + 4), 4);  // width
+    EXPECT_EQ(i32(emf, t + bmi + 4), 4);   // width
     EXPECT_EQ(u16(emf, t + bmi + 14), 24); // bits per pixel
     const uint32_t bits = u32(emf, t + 24);
     EXPECT_EQ(static_cast<uint8_t>(emf[t + bits]), 3); // blue of the first pixel

@@ -79,7 +79,8 @@ TEST(PictureLoader, BitmapUsesItsStoredResolution) {
     const QByteArray png = encode(image, "PNG");
     addToCorpus(QStringLiteral("picture"), QStringLiteral("sample.png"), png);
     const Picture picture = Picture::fromData(png);
-    EXPECT_EQ(picture.widthHiMetric(), static_cast<int>(std::lround(96 * 2540 / (11811 / 39.37007874015748))));
+    EXPECT_EQ(picture.widthHiMetric(),
+              static_cast<int>(std::lround(96 * 2540 / (11811 / 39.37007874015748))));
     EXPECT_EQ(picture.widthHiMetric(), 813);
     EXPECT_EQ(picture.pixelSize(), QSize(96, 96));
 }

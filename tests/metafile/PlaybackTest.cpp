@@ -149,7 +149,8 @@ TEST(Playback, RecordsOfOtherProgramsMapModesSavedStatesAndWorldTransforms) {
     b.record(emr::RestoreDc, {-1});
     b.record(emr::Rectangle, {500, 0, 900, 400}); // red again after the restore
     b.record(emr::ModifyWorldTransform, {0, 0, 0, 0, 0, 0, static_cast<int32_t>(gdi::MwtIdentity)});
-    const QByteArray emf = b.finish(QRect(QPoint(0, 0), QPoint(99, 99)), QRect(QPoint(0, 0), QPoint(2540, 2540)));
+    const QByteArray emf =
+        b.finish(QRect(QPoint(0, 0), QPoint(99, 99)), QRect(QPoint(0, 0), QPoint(2540, 2540)));
     addToCorpus(QStringLiteral("emf"), QStringLiteral("foreign.emf"), emf);
     // The frame is 25.4 mm at 4 units a millimetre: 101.6 device units.
     const QImage image = playedEmf(emf, QSize(102, 102));

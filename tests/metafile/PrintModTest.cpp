@@ -109,7 +109,7 @@ TEST_F(PrintModTest, TargetIsReadThenDeletedThenRewrittenBetweenTheWaits) {
     module->ConvertEMFtoWMF(source, target);
     const QByteArray wmf = readFile(target);
     ASSERT_EQ(present.size(), 3u);
-    EXPECT_TRUE(present[0]);  // after the plain metafile was written
+    EXPECT_TRUE(present[0]); // after the plain metafile was written
     EXPECT_EQ(sizes[0], wmf.size() - 24);
     EXPECT_TRUE(present[1]);  // after it was read back
     EXPECT_FALSE(present[2]); // after it was deleted
@@ -146,22 +146,26 @@ TEST_F(PrintModTest, BoundsBeyond16BitsReportTheErrorAndStillWriteWithTheLastVal
 }
 
 TEST_F(PrintModTest, WidthBeyond16BitsKeepsTheOldRightButRefreshesBottom) {
-    module->ConvertEMFtoWMF(writeEmf(QStringLiteral("s.emf"), emfWithBounds(1001, 701)), path(QStringLiteral("s.wmf")));
+    module->ConvertEMFtoWMF(writeEmf(QStringLiteral("s.emf"), emfWithBounds(1001, 701)),
+                            path(QStringLiteral("s.wmf")));
     const uint16_t oldChecksum = module->AldusHeader.Checksum;
-    module->ConvertEMFtoWMF(writeEmf(QStringLiteral("w.emf"), emfWithBounds(40000, 300)), path(QStringLiteral("w.wmf")));
+    module->ConvertEMFtoWMF(writeEmf(QStringLiteral("w.emf"), emfWithBounds(40000, 300)),
+                            path(QStringLiteral("w.wmf")));
     const QByteArray wmf = readFile(path(QStringLiteral("w.wmf")));
     EXPECT_EQ(i16(wmf, 12), 300);  // Bottom: refreshed before the overflow
     EXPECT_EQ(i16(wmf, 10), 1001); // Right: the last conversion's
     EXPECT_EQ(u16(wmf, 20), oldChecksum);
     ASSERT_EQ(ui.messages.size(), 2u);
-    EXPECT_TRUE(ui.messages[0].text.startsWith(QStringLiteral("Error in SetAldusData Process @ Set ParimetersOverflow")));
+    EXPECT_TRUE(ui.messages[0].text.startsWith(
+        QStringLiteral("Error in SetAldusData Process @ Set ParimetersOverflow")));
 }
 
 TEST_F(PrintModTest, MissingSourceGivesTheTrapsMessageAndWritesNothing) {
     const QString target = path(QStringLiteral("none.wmf"));
     module->ConvertEMFtoWMF(path(QStringLiteral("none.emf")), target);
     ASSERT_EQ(ui.messages.size(), 1u);
-    EXPECT_EQ(ui.messages[0].text, QStringLiteral("Error in ConvertEMFtoWMF Process- Subscript out of range / 9\r\n2"));
+    EXPECT_EQ(ui.messages[0].text,
+              QStringLiteral("Error in ConvertEMFtoWMF Process- Subscript out of range / 9\r\n2"));
     EXPECT_EQ(ui.messages[0].flags, 0);
     EXPECT_EQ(ui.messages[0].title, QStringLiteral("Tessaly"));
     EXPECT_FALSE(QFileInfo::exists(target));
@@ -172,25 +176,30 @@ TEST_F(PrintModTest, SourceThatIsNotAnEmfIsTreatedAsNoHandle) {
     const QString source = writeEmf(QStringLiteral("junk.emf"), QByteArray("not a metafile at all"));
     module->ConvertEMFtoWMF(source, path(QStringLiteral("junk.wmf")));
     ASSERT_EQ(ui.messages.size(), 1u);
-    EXPECT_EQ(ui.messages[0].text, QStringLiteral("Error in ConvertEMFtoWMF Process- Subscript out of range / 9\r\n0"));
+    EXPECT_EQ(ui.messages[0].text,
+              QStringLiteral("Error in ConvertEMFtoWMF Process- Subscript out of range / 9\r\n0"));
     EXPECT_FALSE(QFileInfo::exists(path(QStringLiteral("junk.wmf"))));
 }
 
 TEST_F(PrintModTest, InchComesFromTheUserSetting) {
     settings->write(QStringLiteral("Data"), QStringLiteral("APM_Inch"), QStringLiteral("72"));
-    module->ConvertEMFtoWMF(writeEmf(QStringLiteral("i.emf"), emfWithBounds(200, 100)), path(QStringLiteral("i.wmf")));
+    module->ConvertEMFtoWMF(writeEmf(QStringLiteral("i.emf"), emfWithBounds(200, 100)),
+                            path(QStringLiteral("i.wmf")));
     const QByteArray wmf = readFile(path(QStringLiteral("i.wmf")));
     EXPECT_EQ(i16(wmf, 14), 72);
     EXPECT_EQ(u16(wmf, 20), expectedChecksum(72, 200, 100));
 }
 
 TEST_F(PrintModTest, ANonNumericInchIsReportedWithTheFieldsOfTheLastConversion) {
-    module->ConvertEMFtoWMF(writeEmf(QStringLiteral("a.emf"), emfWithBounds(1001, 701)), path(QStringLiteral("a.wmf")));
+    module->ConvertEMFtoWMF(writeEmf(QStringLiteral("a.emf"), emfWithBounds(1001, 701)),
+                            path(QStringLiteral("a.wmf")));
     settings->write(QStringLiteral("Data"), QStringLiteral("APM_Inch"), QStringLiteral("wide"));
-    module->ConvertEMFtoWMF(writeEmf(QStringLiteral("b.emf"), emfWithBounds(20, 10)), path(QStringLiteral("b.wmf")));
+    module->ConvertEMFtoWMF(writeEmf(QStringLiteral("b.emf"), emfWithBounds(20, 10)),
+                            path(QStringLiteral("b.wmf")));
     ASSERT_EQ(ui.messages.size(), 2u);
-    EXPECT_EQ(ui.messages[0].text,
-              QStringLiteral("Error in SetAldusData Process @ Set ParimetersType mismatch / 13\r\n0\r\n\r\n"));
+    EXPECT_EQ(
+        ui.messages[0].text,
+        QStringLiteral("Error in SetAldusData Process @ Set ParimetersType mismatch / 13\r\n0\r\n\r\n"));
     EXPECT_EQ(ui.messages[1].text, QStringLiteral("WMF Not Created!"));
 }
 
@@ -280,6 +289,7 @@ TEST_F(PrintModTest, PictureToEmfReportsAFailedClose) {
     PictureControlState control;
     control.image = QImage(4, 4, QImage::Format_RGB32);
     control.ScaleMode = 1;
-    EXPECT_FALSE(module->PictureToEMF(control, path(QStringLiteral("no-folder/x.emf")), 8, QStringLiteral("T")));
+    EXPECT_FALSE(
+        module->PictureToEMF(control, path(QStringLiteral("no-folder/x.emf")), 8, QStringLiteral("T")));
     EXPECT_EQ(control.ScaleMode, 1);
 }

@@ -16,12 +16,16 @@ uint32_t u32(const QByteArray& b, qsizetype at) {
     const auto* p = reinterpret_cast<const unsigned char*>(b.constData() + at);
     return uint32_t(p[0]) | (uint32_t(p[1]) << 8) | (uint32_t(p[2]) << 16) | (uint32_t(p[3]) << 24);
 }
-int32_t i32(const QByteArray& b, qsizetype at) { return static_cast<int32_t>(u32(b, at)); }
+int32_t i32(const QByteArray& b, qsizetype at) {
+    return static_cast<int32_t>(u32(b, at));
+}
 uint16_t u16(const QByteArray& b, qsizetype at) {
     const auto* p = reinterpret_cast<const unsigned char*>(b.constData() + at);
     return static_cast<uint16_t>(p[0] | (p[1] << 8));
 }
-int16_t i16(const QByteArray& b, qsizetype at) { return static_cast<int16_t>(u16(b, at)); }
+int16_t i16(const QByteArray& b, qsizetype at) {
+    return static_cast<int16_t>(u16(b, at));
+}
 
 std::vector<EmfRecord> emfRecords(const QByteArray& emf) {
     std::vector<EmfRecord> records;
@@ -133,14 +137,20 @@ QStringList libwmfFontArguments() {
     // metric-compatible Liberation fonts of the system.
     static const QString map = [] {
         const QString dir = QStringLiteral(LIBERATION_FONT_DIR);
-        const QList<QPair<QString, QString>> fonts = {
-            {"Times-Roman", "LiberationSerif-Regular"},   {"Times-Italic", "LiberationSerif-Italic"},
-            {"Times-Bold", "LiberationSerif-Bold"},       {"Times-BoldItalic", "LiberationSerif-BoldItalic"},
-            {"Helvetica", "LiberationSans-Regular"},      {"Helvetica-Oblique", "LiberationSans-Italic"},
-            {"Helvetica-Bold", "LiberationSans-Bold"},    {"Helvetica-BoldOblique", "LiberationSans-BoldItalic"},
-            {"Courier", "LiberationMono-Regular"},        {"Courier-Oblique", "LiberationMono-Italic"},
-            {"Courier-Bold", "LiberationMono-Bold"},      {"Courier-BoldOblique", "LiberationMono-BoldItalic"},
-            {"Symbol", "LiberationSans-Regular"},         {"ZapfDingbats", "LiberationSans-Regular"}};
+        const QList<QPair<QString, QString>> fonts = {{"Times-Roman", "LiberationSerif-Regular"},
+                                                      {"Times-Italic", "LiberationSerif-Italic"},
+                                                      {"Times-Bold", "LiberationSerif-Bold"},
+                                                      {"Times-BoldItalic", "LiberationSerif-BoldItalic"},
+                                                      {"Helvetica", "LiberationSans-Regular"},
+                                                      {"Helvetica-Oblique", "LiberationSans-Italic"},
+                                                      {"Helvetica-Bold", "LiberationSans-Bold"},
+                                                      {"Helvetica-BoldOblique", "LiberationSans-BoldItalic"},
+                                                      {"Courier", "LiberationMono-Regular"},
+                                                      {"Courier-Oblique", "LiberationMono-Italic"},
+                                                      {"Courier-Bold", "LiberationMono-Bold"},
+                                                      {"Courier-BoldOblique", "LiberationMono-BoldItalic"},
+                                                      {"Symbol", "LiberationSans-Regular"},
+                                                      {"ZapfDingbats", "LiberationSans-Regular"}};
         QByteArray text;
         for (const auto& [name, file] : fonts)
             text += QStringLiteral("/%1 (%2/%3.ttf) ;\n").arg(name, dir, file).toUtf8();
@@ -153,7 +163,8 @@ QStringList libwmfFontArguments() {
 QByteArray wmfToSvg(const QByteArray& wmf, const QString& name) {
     const QString in = writeScratch(name + QStringLiteral(".wmf"), wmf);
     const QString out = scratchDir() + QLatin1Char('/') + name + QStringLiteral(".wmf.svg");
-    if (runTool(QStringLiteral(WMF2SVG_PROGRAM), libwmfFontArguments() + QStringList{QStringLiteral("-o"), out, in}) != 0)
+    if (runTool(QStringLiteral(WMF2SVG_PROGRAM),
+                libwmfFontArguments() + QStringList{QStringLiteral("-o"), out, in}) != 0)
         return {};
     QFile file(out);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
@@ -169,7 +180,8 @@ double mismatchShareNear(const QImage& a, const QImage& b, int channelTolerance,
     const QImage x = a.convertToFormat(QImage::Format_RGB32);
     const QImage y = b.convertToFormat(QImage::Format_RGB32);
     auto close = [&](QRgb p, QRgb q) {
-        return std::abs(qRed(p) - qRed(q)) <= channelTolerance && std::abs(qGreen(p) - qGreen(q)) <= channelTolerance &&
+        return std::abs(qRed(p) - qRed(q)) <= channelTolerance &&
+               std::abs(qGreen(p) - qGreen(q)) <= channelTolerance &&
                std::abs(qBlue(p) - qBlue(q)) <= channelTolerance;
     };
     qint64 bad = 0;
@@ -225,7 +237,8 @@ QImage wmfToPng(const QByteArray& wmf, const QString& name, const QSize& size) {
     const QString in = writeScratch(name + QStringLiteral(".wmf"), wmf);
     const QString out = scratchDir() + QLatin1Char('/') + name + QStringLiteral(".wmf.png");
     const QStringList sizeArguments = {QStringLiteral("--maxwidth=%1").arg(size.width()),
-                                       QStringLiteral("--maxheight=%1").arg(size.height()), QStringLiteral("--maxsize")};
+                                       QStringLiteral("--maxheight=%1").arg(size.height()),
+                                       QStringLiteral("--maxsize")};
     if (runTool(QStringLiteral(WMF2GD_PROGRAM),
                 libwmfFontArguments() + sizeArguments + QStringList{QStringLiteral("-o"), out, in}) != 0)
         return {};

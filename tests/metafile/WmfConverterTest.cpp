@@ -119,7 +119,8 @@ TEST(WmfConverter, PensBrushesAndFontsAreCreatedSelectedAndDeleted) {
     EXPECT_TRUE(nullPen); // a null pen is created, not taken from stock
     bool hatch = false;
     for (const WmfRecord& r : withFunction(records, meta::CreateBrushIndirect))
-        hatch = hatch || (u16(wmf, r.offset + 6) == gdi::BsHatched && u16(wmf, r.offset + 12) == gdi::HsBDiagonal);
+        hatch = hatch ||
+                (u16(wmf, r.offset + 6) == gdi::BsHatched && u16(wmf, r.offset + 12) == gdi::HsBDiagonal);
     EXPECT_TRUE(hatch);
     EXPECT_EQ(withFunction(records, meta::DibCreatePatternBrush).size(), 1u);
 }
@@ -173,7 +174,8 @@ TEST(WmfConverter, TextIsEightBitInTheWesternCodePageWithAFont) {
     EXPECT_EQ(i16(wmf, t + 6), 50); // y, then x
     EXPECT_EQ(i16(wmf, t + 8), 20);
     EXPECT_EQ(i16(wmf, t + 10), 7);
-    EXPECT_EQ(wmf.mid(t + 14, 7), QByteArray("Caf\xE9 \x80" "5"));
+    EXPECT_EQ(wmf.mid(t + 14, 7), QByteArray("Caf\xE9 \x80"
+                                             "5"));
     const auto colours = withFunction(records, meta::SetTextColor);
     ASSERT_EQ(colours.size(), 1u);
     EXPECT_EQ(u32(wmf, colours[0].offset + 6), 0x00006400u);
@@ -213,7 +215,8 @@ TEST(WmfConverter, ClipsBecomeSavedIntersectAndExcludeRectangles) {
 TEST(WmfConverter, BitmapsBecomeStretchDib) {
     QImage image(20, 10, QImage::Format_RGB32);
     image.fill(QColor(10, 200, 30));
-    const QByteArray emf = recordEmf(QSizeF(100, 100), [&](QPainter& p) { p.drawImage(QRectF(30, 40, 60, 30), image); });
+    const QByteArray emf =
+        recordEmf(QSizeF(100, 100), [&](QPainter& p) { p.drawImage(QRectF(30, 40, 60, 30), image); });
     const QByteArray wmf = convertEmfToWmf(emf);
     checkStructure(wmf, QStringLiteral("bitmap"));
     const auto dibs = withFunction(wmfRecords(wmf), meta::StretchDib);

@@ -25,10 +25,10 @@ struct AldusFileHeader {
 
 // The part of an enhanced metafile's header that the conversion copies.
 struct EnhMetaHeaderCopy {
-    QRect rclBounds;       // device units, inclusive
-    QRect rclFrame;        // 0.01 mm, inclusive
-    QSize szlDevice;       // reference device in device units
-    QSize szlMillimeters;  // reference device in millimetres
+    QRect rclBounds;      // device units, inclusive
+    QRect rclFrame;       // 0.01 mm, inclusive
+    QSize szlDevice;      // reference device in device units
+    QSize szlMillimeters; // reference device in millimetres
 };
 
 } // namespace tessaly

@@ -7,7 +7,8 @@
 namespace tessaly::metafile {
 
 void raiseInvalidPicture(const char* what) {
-    raiseError(err::InvalidPicture, QString(), QStringLiteral("Tessaly metafile reader: %1").arg(QLatin1String(what)));
+    raiseError(err::InvalidPicture, QString(),
+               QStringLiteral("Tessaly metafile reader: %1").arg(QLatin1String(what)));
 }
 
 void ByteReader::require(qsizetype offset, qsizetype count) const {
@@ -75,8 +76,8 @@ uint16_t ByteReader::u16At(qsizetype offset) const {
 uint32_t ByteReader::u32At(qsizetype offset) const {
     require(offset, 4);
     const auto* p = reinterpret_cast<const unsigned char*>(data_ + offset);
-    return static_cast<uint32_t>(p[0]) | (static_cast<uint32_t>(p[1]) << 8) | (static_cast<uint32_t>(p[2]) << 16) |
-           (static_cast<uint32_t>(p[3]) << 24);
+    return static_cast<uint32_t>(p[0]) | (static_cast<uint32_t>(p[1]) << 8) |
+           (static_cast<uint32_t>(p[2]) << 16) | (static_cast<uint32_t>(p[3]) << 24);
 }
 
 ByteReader ByteReader::sub(qsizetype offset, qsizetype count) const {

@@ -20,7 +20,9 @@ constexpr uint32_t BiPng = 5;
 // Size of the oldest header form, BITMAPCOREHEADER.
 constexpr uint32_t CoreHeaderSize = 12;
 
-qsizetype rowStride(int width, int bitCount) { return ((static_cast<qsizetype>(width) * bitCount + 31) / 32) * 4; }
+qsizetype rowStride(int width, int bitCount) {
+    return ((static_cast<qsizetype>(width) * bitCount + 31) / 32) * 4;
+}
 
 QImage flattenOnWhite(const QImage& image) {
     if (!image.hasAlphaChannel())
@@ -209,7 +211,8 @@ QImage decodePacked(const char* data, qsizetype size) {
         const uint32_t compression = r.u32At(16);
         const uint32_t used = r.u32At(32);
         if (bitCount <= 8)
-            tableBytes = 4 * static_cast<qsizetype>(used != 0 && used < (1U << bitCount) ? used : (1U << bitCount));
+            tableBytes =
+                4 * static_cast<qsizetype>(used != 0 && used < (1U << bitCount) ? used : (1U << bitCount));
         if (compression == gdi::BiBitfields && headerSize == InfoHeaderSize)
             tableBytes = 12;
     }
@@ -219,6 +222,8 @@ QImage decodePacked(const char* data, qsizetype size) {
     return decode(data, bitsOffset, data + bitsOffset, size - bitsOffset);
 }
 
-QByteArray packed24(const QImage& image) { return infoHeader24(image) + bits24(image); }
+QByteArray packed24(const QImage& image) {
+    return infoHeader24(image) + bits24(image);
+}
 
 } // namespace tessaly::metafile::dib

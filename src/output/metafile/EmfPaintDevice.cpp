@@ -17,9 +17,13 @@ EmfPaintDevice::EmfPaintDevice(QSizeF frameMm, int dotsPerInch, QString descript
 
 EmfPaintDevice::~EmfPaintDevice() = default;
 
-QPaintEngine* EmfPaintDevice::paintEngine() const { return engine_.get(); }
+QPaintEngine* EmfPaintDevice::paintEngine() const {
+    return engine_.get();
+}
 
-QByteArray EmfPaintDevice::toBytes() { return recorder_->finish(); }
+QByteArray EmfPaintDevice::toBytes() {
+    return recorder_->finish();
+}
 
 void EmfPaintDevice::save(const QString& hostPath) {
     const QByteArray bytes = toBytes();

@@ -208,14 +208,21 @@ void EmfPaintEngine::updateState(const QPaintEngineState& state) {
         writeClip();
 }
 
-bool EmfPaintEngine::axisAligned() const { return qFuzzyIsNull(transform_.m12()) && qFuzzyIsNull(transform_.m21()); }
+bool EmfPaintEngine::axisAligned() const {
+    return qFuzzyIsNull(transform_.m12()) && qFuzzyIsNull(transform_.m21());
+}
 
-double EmfPaintEngine::lengthScale() const { return std::sqrt(std::abs(transform_.determinant())); }
+double EmfPaintEngine::lengthScale() const {
+    return std::sqrt(std::abs(transform_.determinant()));
+}
 
-bool EmfPaintEngine::hasPen() const { return pen_.style() != Qt::NoPen && pen_.color().alpha() != 0; }
+bool EmfPaintEngine::hasPen() const {
+    return pen_.style() != Qt::NoPen && pen_.color().alpha() != 0;
+}
 
 bool EmfPaintEngine::hasBrush() const {
-    return brush_.style() != Qt::NoBrush && (brush_.style() == Qt::TexturePattern || brushColour(brush_).alpha() != 0);
+    return brush_.style() != Qt::NoBrush &&
+           (brush_.style() == Qt::TexturePattern || brushColour(brush_).alpha() != 0);
 }
 
 QPoint EmfPaintEngine::toDevice(const QPointF& point) const {
@@ -286,7 +293,8 @@ void EmfPaintEngine::realizeBrush() {
     const Qt::BrushStyle style = brush_.style();
     const uint32_t index = rec_.allocateObject();
     const bool hatched = style >= Qt::HorPattern && style <= Qt::DiagCrossPattern;
-    const bool pattern = (style >= Qt::Dense1Pattern && style <= Qt::Dense7Pattern) || style == Qt::TexturePattern;
+    const bool pattern =
+        (style >= Qt::Dense1Pattern && style <= Qt::Dense7Pattern) || style == Qt::TexturePattern;
     if (pattern) {
         QImage image;
         if (style == Qt::TexturePattern) {
@@ -530,8 +538,8 @@ void EmfPaintEngine::pathRecords(const QPainterPath& devicePath) {
         if (pending.isEmpty())
             return;
         const bool bezier = pendingType == emr::PolyBezierTo16;
-        polyRecord(bezier ? emr::PolyBezierTo16 : emr::PolylineTo16, bezier ? emr::PolyBezierTo : emr::PolylineTo,
-                   pending, false);
+        polyRecord(bezier ? emr::PolyBezierTo16 : emr::PolylineTo16,
+                   bezier ? emr::PolyBezierTo : emr::PolylineTo, pending, false);
         pending.clear();
     };
     auto closeIfReturned = [&](bool figureOpen) {
@@ -592,7 +600,8 @@ void EmfPaintEngine::drawPath(const QPainterPath& path) {
     pathRecords(devicePath);
     // The bounds of the curve itself; its control points may lie far outside.
     const QRect box = strokeBounds(devicePath.boundingRect());
-    const uint32_t operation = pen && brush ? emr::StrokeAndFillPath : (brush ? emr::FillPath : emr::StrokePath);
+    const uint32_t operation =
+        pen && brush ? emr::StrokeAndFillPath : (brush ? emr::FillPath : emr::StrokePath);
     ByteWriter& w = rec_.beginRecord(operation);
     writeRect(w, box);
     rec_.endRecord();
@@ -669,7 +678,8 @@ void EmfPaintEngine::drawTextItem(const QPointF& position, const QTextItem& text
         placed = next;
     }
     const double width = running / std::max(scaleX, 1e-9);
-    const QRectF logicalBox(position.x(), position.y() - metrics.ascent(), width, metrics.ascent() + metrics.descent());
+    const QRectF logicalBox(position.x(), position.y() - metrics.ascent(), width,
+                            metrics.ascent() + metrics.descent());
     const QRectF mapped = transform_.mapRect(logicalBox);
     const QRect box(QPoint(roundToInt(mapped.left()), roundToInt(mapped.top())),
                     QPoint(roundToInt(mapped.right()), roundToInt(mapped.bottom())));

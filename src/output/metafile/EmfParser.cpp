@@ -32,7 +32,9 @@ constexpr uint32_t PatCopy = 0x00F00021;
 constexpr uint32_t Blackness = 0x00000042;
 constexpr uint32_t Whiteness = 0x00FF0062;
 
-QColor fromColourRef(uint32_t ref) { return QColor(ref & 0xFF, (ref >> 8) & 0xFF, (ref >> 16) & 0xFF); }
+QColor fromColourRef(uint32_t ref) {
+    return QColor(ref & 0xFF, (ref >> 8) & 0xFF, (ref >> 16) & 0xFF);
+}
 
 // A POINTL or SIZEL: x first, then y (read in that order).
 QPointF readPointL(ByteReader& r) {
@@ -142,7 +144,7 @@ private:
     std::vector<DcState> saved_;
     std::unordered_map<uint32_t, GdiObject> objects_;
     bool inPath_ = false;
-    QPainterPath path_;        // the path being built, in device units
+    QPainterPath path_;         // the path being built, in device units
     QPainterPath finishedPath_; // the last path closed by EMR_ENDPATH
     // What the sink was last told, to tell only changes.
     std::optional<PenSpec> sentPen_;
@@ -311,7 +313,8 @@ void EmfReader::drawBox(uint32_t type, const QRectF& box, const QSizeF& corner) 
         sink_->ellipse(device);
     } else {
         const QTransform t = toDevice();
-        sink_->roundRect(device, QSizeF(std::abs(corner.width() * t.m11()), std::abs(corner.height() * t.m22())));
+        sink_->roundRect(device,
+                         QSizeF(std::abs(corner.width() * t.m11()), std::abs(corner.height() * t.m22())));
     }
 }
 
@@ -356,8 +359,8 @@ void EmfReader::drawText(ByteReader& r, bool wide) {
             total += a;
         dc_.current = toDevice().inverted().map(reference + QPointF(total, 0));
     }
-    const QRectF deviceBox = (options & (gdi::EtoOpaque | gdi::EtoClipped)) ? toDevice().mapRect(box.normalized())
-                                                                           : QRectF();
+    const QRectF deviceBox =
+        (options & (gdi::EtoOpaque | gdi::EtoClipped)) ? toDevice().mapRect(box.normalized()) : QRectF();
     sink_->text(reference, text, advances, options, deviceBox);
 }
 
@@ -586,8 +589,8 @@ void EmfReader::record(uint32_t type, ByteReader& r) {
     case emr::ModifyWorldTransform: {
         const float m11 = r.f32(), m12 = r.f32(), m21 = r.f32(), m22 = r.f32(), dx = r.f32(), dy = r.f32();
         const QTransform x(m11, m12, m21, m22, dx, dy);
-        const bool finite = std::isfinite(m11) && std::isfinite(m12) && std::isfinite(m21) && std::isfinite(m22) &&
-                            std::isfinite(dx) && std::isfinite(dy);
+        const bool finite = std::isfinite(m11) && std::isfinite(m12) && std::isfinite(m21) &&
+                            std::isfinite(m22) && std::isfinite(dx) && std::isfinite(dy);
         if (type == emr::SetWorldTransform) {
             if (finite)
                 dc_.world = x;
@@ -626,7 +629,8 @@ void EmfReader::record(uint32_t type, ByteReader& r) {
         pen.colour = fromColourRef(r.u32());
         r.u32(); // hatch
         const uint32_t entries = r.u32();
-        if ((pen.style & gdi::PsStyleMask) == gdi::PsUserStyle && entries <= static_cast<uint64_t>(r.remaining() / 4))
+        if ((pen.style & gdi::PsStyleMask) == gdi::PsUserStyle &&
+            entries <= static_cast<uint64_t>(r.remaining() / 4))
             for (uint32_t i = 0; i < entries; ++i)
                 pen.dashes.push_back(r.u32());
         if (brushStyle == gdi::BsNull)
@@ -640,7 +644,7 @@ void EmfReader::record(uint32_t type, ByteReader& r) {
         BrushSpec brush;
         brush.colour = fromColourRef(r.u32());
         brush.hatch = r.u32();
-        brush.kind = style == gdi::BsNull     ? BrushSpec::Kind::Null
+        brush.kind = style == gdi::BsNull      ? BrushSpec::Kind::Null
                      : style == gdi::BsHatched ? BrushSpec::Kind::Hatched
                                                : BrushSpec::Kind::Solid;
         createObject(index, brush);
@@ -724,8 +728,8 @@ void EmfReader::record(uint32_t type, ByteReader& r) {
             break;
         const bool to = type == emr::PolylineTo || type == emr::PolylineTo16 || type == emr::PolyBezierTo ||
                         type == emr::PolyBezierTo16;
-        const bool bezier = type == emr::PolyBezier || type == emr::PolyBezier16 || type == emr::PolyBezierTo ||
-                            type == emr::PolyBezierTo16;
+        const bool bezier = type == emr::PolyBezier || type == emr::PolyBezier16 ||
+                            type == emr::PolyBezierTo || type == emr::PolyBezierTo16;
         if (type == emr::Polygon || type == emr::Polygon16) {
             drawPolygons({points});
         } else if (!bezier) {
@@ -813,7 +817,9 @@ void EmfReader::record(uint32_t type, ByteReader& r) {
         const QRectF box = readRect(r);
         const QPointF start = readPointL(r);
         const QPointF end = readPointL(r);
-        const ArcKind kind = type == emr::Pie ? ArcKind::Pie : type == emr::Chord ? ArcKind::Chord : ArcKind::Open;
+        const ArcKind kind = type == emr::Pie     ? ArcKind::Pie
+                             : type == emr::Chord ? ArcKind::Chord
+                                                  : ArcKind::Open;
         QPainterPath arc = arcPath(box, start, end, kind);
         if (type == emr::ArcTo && !arc.isEmpty()) {
             QPainterPath joined;
@@ -913,7 +919,8 @@ void EmfReader::record(uint32_t type, ByteReader& r) {
 } // namespace
 
 QSizeF EmfHeader::devicePerMm() const {
-    if (deviceSize.width() > 0 && deviceSize.height() > 0 && millimetres.width() > 0 && millimetres.height() > 0)
+    if (deviceSize.width() > 0 && deviceSize.height() > 0 && millimetres.width() > 0 &&
+        millimetres.height() > 0)
         return QSizeF(double(deviceSize.width()) / millimetres.width(),
                       double(deviceSize.height()) / millimetres.height());
     return QSizeF(96 / 25.4, 96 / 25.4);
@@ -938,7 +945,8 @@ EmfHeader readEmfHeader(const QByteArray& bytes) {
     ByteReader r(bytes);
     EmfHeader h;
     h.headerSize = r.u32At(4);
-    if (h.headerSize < MinHeaderSize || h.headerSize % 4 != 0 || h.headerSize > static_cast<uint64_t>(bytes.size()))
+    if (h.headerSize < MinHeaderSize || h.headerSize % 4 != 0 ||
+        h.headerSize > static_cast<uint64_t>(bytes.size()))
         raiseInvalidPicture("enhanced metafile header size");
     r.seek(8);
     const int bl = r.i32(), bt = r.i32(), br = r.i32(), bb = r.i32();

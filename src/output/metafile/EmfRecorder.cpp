@@ -36,8 +36,9 @@ EmfRecorder::EmfRecorder(QSizeF frameMm, int dotsPerInch, QString description)
         frameMm_.setWidth(std::max(0.01, frameMm_.width()));
     if (frameMm_.height() < 0.01)
         frameMm_.setHeight(0.01);
-    deviceSize_ = QSize(std::max(1, static_cast<int>(std::lround(frameMm_.width() / MmPerInch * dotsPerInch_))),
-                        std::max(1, static_cast<int>(std::lround(frameMm_.height() / MmPerInch * dotsPerInch_))));
+    deviceSize_ =
+        QSize(std::max(1, static_cast<int>(std::lround(frameMm_.width() / MmPerInch * dotsPerInch_))),
+              std::max(1, static_cast<int>(std::lround(frameMm_.height() / MmPerInch * dotsPerInch_))));
     if (!description_.isEmpty() && !description_.endsWith(QChar(0)))
         description_.append(QChar(0));
     if (!description_.isEmpty())
@@ -133,7 +134,8 @@ QByteArray EmfRecorder::headerRecord(uint32_t totalBytes, uint32_t totalRecords)
     w.i32(bounds.top());
     w.i32(bounds.right());
     w.i32(bounds.bottom());
-    const QRect frame = frameOverride_.isNull() ? QRect(QPoint(0, 0), QPoint(frameRight, frameBottom)) : frameOverride_;
+    const QRect frame =
+        frameOverride_.isNull() ? QRect(QPoint(0, 0), QPoint(frameRight, frameBottom)) : frameOverride_;
     w.i32(frame.left());
     w.i32(frame.top());
     w.i32(frame.right());

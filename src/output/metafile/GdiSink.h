@@ -17,8 +17,8 @@ namespace tessaly::metafile {
 struct PenSpec {
     bool null = false;
     QColor colour = Qt::black;
-    double width = 0;     // 0: one device unit whatever the scale
-    uint32_t style = 0;   // PS_* style with its end cap and join bits
+    double width = 0;           // 0: one device unit whatever the scale
+    uint32_t style = 0;         // PS_* style with its end cap and join bits
     std::vector<double> dashes; // PS_USERSTYLE lengths
     bool operator==(const PenSpec&) const = default;
 };

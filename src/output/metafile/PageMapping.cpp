@@ -59,7 +59,8 @@ QTransform PageMapping::transform(QSizeF devicePerMm) const {
     default:
         break;
     }
-    return QTransform(sx, 0, 0, sy, viewportOrg.x() - windowOrg.x() * sx, viewportOrg.y() - windowOrg.y() * sy);
+    return QTransform(sx, 0, 0, sy, viewportOrg.x() - windowOrg.x() * sx,
+                      viewportOrg.y() - windowOrg.y() * sy);
 }
 
 QPainterPath arcPath(const QRectF& box, const QPointF& start, const QPointF& end, ArcKind kind) {
@@ -69,7 +70,8 @@ QPainterPath arcPath(const QRectF& box, const QPointF& start, const QPointF& end
         return path;
     const QPointF c = r.center();
     auto angleOf = [&](const QPointF& p) {
-        return qRadiansToDegrees(std::atan2(-(p.y() - c.y()) / (r.height() / 2), (p.x() - c.x()) / (r.width() / 2)));
+        return qRadiansToDegrees(
+            std::atan2(-(p.y() - c.y()) / (r.height() / 2), (p.x() - c.x()) / (r.width() / 2)));
     };
     const double a0 = angleOf(start);
     double sweep = angleOf(end) - a0;

@@ -2,10 +2,10 @@
 
 #include "RecordTypes.h"
 
-#include <QPointF>
-#include <QSizeF>
 #include <QPainterPath>
+#include <QPointF>
 #include <QPolygonF>
+#include <QSizeF>
 #include <QTransform>
 
 namespace tessaly::metafile {

@@ -46,7 +46,9 @@ PainterSink::PainterSink(QPainter& painter, const QTransform& deviceToTarget) : 
     painter_.setBrush(Qt::white);
 }
 
-PainterSink::~PainterSink() { painter_.restore(); }
+PainterSink::~PainterSink() {
+    painter_.restore();
+}
 
 void PainterSink::setPen(const PenSpec& spec) {
     if (spec.null) {
@@ -207,7 +209,8 @@ void PainterSink::rectangle(const QRectF& box) {
 
 void PainterSink::roundRect(const QRectF& box, const QSizeF& corner) {
     QPainterPath figure;
-    figure.addRoundedRect(QRectF(box.topLeft(), box.size() - QSizeF(1, 1)), corner.width() / 2, corner.height() / 2);
+    figure.addRoundedRect(QRectF(box.topLeft(), box.size() - QSizeF(1, 1)), corner.width() / 2,
+                          corner.height() / 2);
     fillAndStroke(figure, true, true);
 }
 
@@ -217,7 +220,9 @@ void PainterSink::ellipse(const QRectF& box) {
     fillAndStroke(figure, true, true);
 }
 
-void PainterSink::path(const QPainterPath& figure, bool stroke, bool fill) { fillAndStroke(figure, stroke, fill); }
+void PainterSink::path(const QPainterPath& figure, bool stroke, bool fill) {
+    fillAndStroke(figure, stroke, fill);
+}
 
 void PainterSink::text(const QPointF& reference, const QString& text, const std::vector<double>& advances,
                        uint32_t options, const QRectF& box) {
@@ -261,7 +266,8 @@ void PainterSink::text(const QPointF& reference, const QString& text, const std:
         break;
     }
     if (opaque_)
-        painter_.fillRect(QRectF(x, y - metrics.ascent(), width, metrics.ascent() + metrics.descent()), bkColour_);
+        painter_.fillRect(QRectF(x, y - metrics.ascent(), width, metrics.ascent() + metrics.descent()),
+                          bkColour_);
     // Glyphs far larger or smaller than a screen's are drawn as outlines:
     // the font engine's glyph cache is not made for them.
     const QTransform& t = painter_.transform();

@@ -28,7 +28,9 @@ constexpr int MaxSide = 32768;
 // The bitmap formats the loader reads.
 const QList<QByteArray> BitmapFormats = {"bmp", "jpeg", "jpg", "gif", "png"};
 
-int toInt(double value) { return static_cast<int>(std::lround(value)); }
+int toInt(double value) {
+    return static_cast<int>(std::lround(value));
+}
 
 QImage readBitmap(const QByteArray& bytes) {
     QBuffer buffer;
@@ -55,8 +57,8 @@ Picture Picture::fromData(const QByteArray& bytes) {
         const EmfHeader header = readEmfHeader(bytes);
         checkEmfRecords(bytes);
         picture.kind_ = Kind::Emf;
-        picture.sizeHiMetric_ = QSize(header.frame.right() - header.frame.left(),
-                                      header.frame.bottom() - header.frame.top());
+        picture.sizeHiMetric_ =
+            QSize(header.frame.right() - header.frame.left(), header.frame.bottom() - header.frame.top());
         picture.pixelSize_ = QSize(toInt(picture.sizeHiMetric_.width() * DefaultDpi / HiMetricPerInch),
                                    toInt(picture.sizeHiMetric_.height() * DefaultDpi / HiMetricPerInch));
         return picture;
@@ -86,8 +88,8 @@ Picture Picture::fromData(const QByteArray& bytes) {
     picture.bitmap_ = image;
     const double dpiX = image.dotsPerMeterX() > 0 ? image.dotsPerMeterX() / InchesPerMetre : DefaultDpi;
     const double dpiY = image.dotsPerMeterY() > 0 ? image.dotsPerMeterY() / InchesPerMetre : DefaultDpi;
-    picture.sizeHiMetric_ = QSize(toInt(image.width() * HiMetricPerInch / dpiX),
-                                  toInt(image.height() * HiMetricPerInch / dpiY));
+    picture.sizeHiMetric_ =
+        QSize(toInt(image.width() * HiMetricPerInch / dpiX), toInt(image.height() * HiMetricPerInch / dpiY));
     picture.pixelSize_ = image.size();
     return picture;
 }

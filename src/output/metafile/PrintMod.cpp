@@ -65,8 +65,8 @@ int16_t PrintMod::SetAldusData() {
         stage = QStringLiteral("Set Parimeters");
         AldusHeader.Key = AldusKey;
         AldusHeader.Handle = 0;
-        AldusHeader.Inch = vb::toInt16(userSettings_.read(QStringLiteral("Data"), QStringLiteral("APM_Inch"),
-                                                          QStringLiteral("96")));
+        AldusHeader.Inch = vb::toInt16(
+            userSettings_.read(QStringLiteral("Data"), QStringLiteral("APM_Inch"), QStringLiteral("96")));
         AldusHeader.Top = 0;
         AldusHeader.Left = 0;
         const QRect& bounds = EnhMetaHeader.rclBounds;
@@ -160,8 +160,9 @@ void PrintMod::ConvertEMFtoWMF(const QString& source, const QString& target) {
         // Step 11: the placeable header first, then the buffer.
         fs::writeAtomically(target, AldusHeader.toBytes() + buffer);
     } catch (const RuntimeError& e) {
-        ui_.msgBox(QStringLiteral("Error in ConvertEMFtoWMF Process- ") + e.description() + QStringLiteral(" / ") +
-                       QString::number(e.number()) + NewLine + QString::number(lastSystemError_),
+        ui_.msgBox(QStringLiteral("Error in ConvertEMFtoWMF Process- ") + e.description() +
+                       QStringLiteral(" / ") + QString::number(e.number()) + NewLine +
+                       QString::number(lastSystemError_),
                    mb::OkOnly, AppTitle);
     }
 }
@@ -180,8 +181,9 @@ bool PrintMod::PictureToEMF(PictureControlState& control, const QString& path, i
     // Step 5: the metafile on a screen-like reference device.
     constexpr int ScreenDpi = 96;
     const QSize pixels = control.image.size();
-    metafile::EmfRecorder recorder(QSizeF(pixels.width() * 25.4 / ScreenDpi, pixels.height() * 25.4 / ScreenDpi),
-                                   ScreenDpi, description);
+    metafile::EmfRecorder recorder(
+        QSizeF(pixels.width() * 25.4 / ScreenDpi, pixels.height() * 25.4 / ScreenDpi), ScreenDpi,
+        description);
     recorder.setFrameHiMetric(frame);
     // Step 6.
     recorder.simpleRecord(metafile::emr::SetMapMode, {static_cast<uint32_t>(mapMode)});

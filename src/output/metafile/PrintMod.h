@@ -17,12 +17,12 @@ class SettingsStore;
 // What PictureToEMF needs of a picture control: its painted bitmap, its
 // position, the size of its Picture in 0.01 mm and its scale mode.
 struct PictureControlState {
-    QImage image;               // the painted content; its size is ScaleWidth by ScaleHeight in pixels
-    int Left = 0;               // the control's position in its container
+    QImage image; // the painted content; its size is ScaleWidth by ScaleHeight in pixels
+    int Left = 0; // the control's position in its container
     int Top = 0;
     int pictureWidthHiMetric = 0;  // Width of the control's Picture
     int pictureHeightHiMetric = 0; // Height of the control's Picture
-    int ScaleMode = 1;          // noted, set to 3 (pixels) for the copy, restored after
+    int ScaleMode = 1;             // noted, set to 3 (pixels) for the copy, restored after
 };
 
 // The output module's metafile routines: the placeable .wmf made from an
@@ -39,7 +39,8 @@ public:
     static void ComputeAldusChecksum(AldusFileHeader& header);
     // Writes the control's bitmap into an enhanced metafile; true when the
     // file was closed (written).
-    bool PictureToEMF(PictureControlState& control, const QString& path, int32_t mapMode, QString description);
+    bool PictureToEMF(PictureControlState& control, const QString& path, int32_t mapMode,
+                      QString description);
 
     // The module-level header record, reused by every conversion.
     AldusFileHeader AldusHeader;

@@ -29,7 +29,9 @@ constexpr uint32_t PatCopy = 0x00F00021;
 constexpr uint32_t Blackness = 0x00000042;
 constexpr uint32_t Whiteness = 0x00FF0062;
 
-QColor fromColourRef(uint32_t ref) { return QColor(ref & 0xFF, (ref >> 8) & 0xFF, (ref >> 16) & 0xFF); }
+QColor fromColourRef(uint32_t ref) {
+    return QColor(ref & 0xFF, (ref >> 8) & 0xFF, (ref >> 16) & 0xFF);
+}
 
 struct Placeholder {}; // palettes and regions: they hold a slot of the table
 
@@ -95,9 +97,7 @@ public:
 
 private:
     void record(uint16_t function, ByteReader& r);
-    QPointF mapPoint(double x, double y) const {
-        return fixedMode() ? QPointF(x, -y) : QPointF(x, y);
-    }
+    QPointF mapPoint(double x, double y) const { return fixedMode() ? QPointF(x, -y) : QPointF(x, y); }
     bool fixedMode() const { return dc_.mapMode >= gdi::MmLoMetric && dc_.mapMode <= gdi::MmTwips; }
     QRectF readBox(ByteReader& r); // bottom, right, top, left
     QPolygonF readPoints(ByteReader& r, qsizetype count);
@@ -221,7 +221,8 @@ void WmfReader::drawImage(ByteReader& r, uint16_t function) {
         none.null = true;
         sink_->setPen(none);
         if (rop != PatCopy)
-            sink_->setBrush(BrushSpec{BrushSpec::Kind::Solid, rop == Blackness ? Qt::black : Qt::white, 0, {}});
+            sink_->setBrush(
+                BrushSpec{BrushSpec::Kind::Solid, rop == Blackness ? Qt::black : Qt::white, 0, {}});
         sink_->polyPolygon({mappedRect(QTransform(), destination.normalized())});
         flush();
         return;
@@ -229,8 +230,7 @@ void WmfReader::drawImage(ByteReader& r, uint16_t function) {
     QImage image = dib::decodePacked(r.data() + r.pos(), r.remaining());
     if (image.isNull())
         return;
-    const bool bottomUp = static_cast<int32_t>(r.u32At(r.pos() + 8)) > 0 &&
-                          r.u32At(r.pos()) != 12;
+    const bool bottomUp = static_cast<int32_t>(r.u32At(r.pos() + 8)) > 0 && r.u32At(r.pos()) != 12;
     QRect src = source.normalized();
     if (bottomUp)
         src.moveTop(image.height() - src.top() - src.height());
@@ -281,7 +281,7 @@ void WmfReader::record(uint16_t function, ByteReader& r) {
         const uint16_t style = r.u16();
         brush.colour = fromColourRef(r.u32());
         brush.hatch = r.u16();
-        brush.kind = style == gdi::BsNull     ? BrushSpec::Kind::Null
+        brush.kind = style == gdi::BsNull      ? BrushSpec::Kind::Null
                      : style == gdi::BsHatched ? BrushSpec::Kind::Hatched
                                                : BrushSpec::Kind::Solid;
         createObject(brush);
@@ -367,8 +367,8 @@ void WmfReader::record(uint16_t function, ByteReader& r) {
         return;
     case meta::RestoreDc: {
         const int16_t relative = r.i16();
-        const qsizetype target =
-            relative < 0 ? static_cast<qsizetype>(saved_.size()) + relative : static_cast<qsizetype>(relative) - 1;
+        const qsizetype target = relative < 0 ? static_cast<qsizetype>(saved_.size()) + relative
+                                              : static_cast<qsizetype>(relative) - 1;
         if (target < 0 || target >= static_cast<qsizetype>(saved_.size()))
             return;
         dc_ = saved_[static_cast<size_t>(target)];
@@ -438,8 +438,9 @@ void WmfReader::record(uint16_t function, ByteReader& r) {
     case meta::Chord: {
         const double ey = r.i16(), ex = r.i16(), sy = r.i16(), sx = r.i16();
         const QRectF box = readBox(r);
-        const ArcKind kind = function == meta::Pie ? ArcKind::Pie : function == meta::Chord ? ArcKind::Chord
-                                                                                            : ArcKind::Open;
+        const ArcKind kind = function == meta::Pie     ? ArcKind::Pie
+                             : function == meta::Chord ? ArcKind::Chord
+                                                       : ArcKind::Open;
         QPointF start = mapPoint(sx, sy);
         QPointF end = mapPoint(ex, ey);
         if (fixedMode())

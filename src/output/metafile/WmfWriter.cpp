@@ -52,9 +52,10 @@ uint16_t penStyle(const PenSpec& pen) {
 
 WmfWriter::WmfWriter(const QRect& bounds, bool scaleToFit) : w_(out_) {
     if (scaleToFit && bounds.isValid()) {
-        const double extent = std::max({std::abs(double(bounds.left())), std::abs(double(bounds.top())),
-                                         std::abs(double(bounds.right()) + 1), std::abs(double(bounds.bottom()) + 1),
-                                         double(bounds.width()), double(bounds.height())});
+        const double extent =
+            std::max({std::abs(double(bounds.left())), std::abs(double(bounds.top())),
+                      std::abs(double(bounds.right()) + 1), std::abs(double(bounds.bottom()) + 1),
+                      double(bounds.width()), double(bounds.height())});
         if (extent > FitLimit)
             scale_ = FitLimit / extent;
     }
@@ -93,7 +94,9 @@ void WmfWriter::end() {
     recordStart_ = -1;
 }
 
-int16_t WmfWriter::coordinate(double value) const { return checked(value * scale_); }
+int16_t WmfWriter::coordinate(double value) const {
+    return checked(value * scale_);
+}
 
 int16_t WmfWriter::checked(double value) {
     const double rounded = std::round(value);
@@ -375,7 +378,8 @@ void WmfWriter::ellipse(const QRectF& r) {
 
 void WmfWriter::path(const QPainterPath& figure, bool stroke, bool fill) {
     // WMF has no curves: the figure is flattened into polygons and lines.
-    const QList<QPolygonF> parts = figure.toSubpathPolygons(QTransform::fromScale(FlatnessScale, FlatnessScale));
+    const QList<QPolygonF> parts =
+        figure.toSubpathPolygons(QTransform::fromScale(FlatnessScale, FlatnessScale));
     if (parts.isEmpty())
         return;
     setFillRule(figure.fillRule());

@@ -65,8 +65,8 @@ private:
     void end();
     int16_t coordinate(double value) const; // a device length or position, scaled
     static int16_t checked(double value);   // a value outside the scaling (counts, sizes of bitmaps)
-    void point(const QPointF& p);      // x, y
-    void box(const QRectF& r);         // bottom, right, top, left
+    void point(const QPointF& p);           // x, y
+    void box(const QRectF& r);              // bottom, right, top, left
     int allocate();
     void release(int index);
     void selectSlot(int& selected, int live);

@@ -27,9 +27,24 @@ constexpr int MaxLensPixels = 2048;       // side of the image a lens works on
 constexpr int MaxLensDepth = 2;           // lenses seen through lenses
 constexpr double TickShare = 0.8;         // dimension bar end ticks, as a share of the arrow size
 
+constexpr size_t CrowdedView = 2000; // a view with more shapes than this is painted without smoothing
+constexpr double TinyPx = 1.5;       // shapes smaller than this on the device are drawn as a dot
+
+// The pen and fill colour of the last plain shape drawn, so that a run of
+// shapes sharing a style sets the painter's pen only once.
+struct PlainCache {
+    const ShapeStyle* style = nullptr;
+    uint16_t flags = 0;
+    QPen pen;
+    QColor line;
+    QColor fill;
+};
+
 struct Context {
     const Drawing* drawing = nullptr;
     int lensDepth = 0;
+    double pxPerMm = 0; // device pixels per millimetre (0: unknown, no shortcuts)
+    PlainCache cache;
 };
 
 void drawShapeIn(QPainter& p, const ShapeData& s, Context& ctx, int position);
@@ -185,7 +200,7 @@ void drawLens(QPainter& p, const ShapeData& s, const Context& ctx, int position)
         ip.setRenderHints(p.renderHints());
         ip.setTransform(p.transform() * QTransform::fromTranslate(-dr.x(), -dr.y()) *
                         QTransform::fromScale(f, f));
-        Context inner{ctx.drawing, ctx.lensDepth + 1};
+        Context inner{ctx.drawing, ctx.lensDepth + 1, 0, {}};
         for (int pos : ctx.drawing->positionsIn(geometry::visualBounds(s))) {
             if (pos >= position)
                 break;
@@ -213,8 +228,76 @@ void drawShadow(QPainter& p, const ShapeData& s) {
     }
 }
 
+// Whether the shape is a plain rectangle or hairline: solid colours, solid
+// line, no rotation, shadow, lens, arrows or text. Most shapes of a plan are.
+bool isPlain(const ShapeData& s) {
+    const ShapeStyle& st = s.st();
+    if (s.rotation != 0 || st.shadow.visible || st.lens.active || st.line.style != line_style::Solid ||
+        (s.extra && !s.extra->text.isEmpty()))
+        return false;
+    if (s.type == shape_type::Rectangle)
+        return st.fill.type == fill_type::Solid;
+    return s.type == shape_type::Line && st.line.weight == 0 && st.line.arrowStart == arrow::None &&
+           st.line.arrowEnd == arrow::None;
+}
+
+// Draws a plain shape with the painter's fastest calls: a framed rectangle as
+// two filled rectangles, a hairline as a cosmetic line, a dot when tiny.
+void drawPlain(QPainter& p, const ShapeData& s, Context& ctx) {
+    PlainCache& c = ctx.cache;
+    const ShapeStyle& st = s.st();
+    if (c.style != &st || c.flags != s.flags) {
+        c.style = &st;
+        c.flags = s.flags;
+        c.pen = penFor(s);
+        c.line = qcolour(st.line.colour);
+        c.fill = qcolour(st.fill.colour);
+        p.setPen(c.pen);
+        p.setBrush(Qt::NoBrush);
+    }
+    const bool stroked = s.has(shape_flag::Stroked);
+    const QRectF box = s.box();
+    if (box.width() * ctx.pxPerMm < TinyPx && box.height() * ctx.pxPerMm < TinyPx) {
+        if (stroked || s.has(shape_flag::Filled))
+            p.fillRect(box, stroked ? c.line : c.fill);
+        return;
+    }
+    if (s.type == shape_type::Line) {
+        if (stroked)
+            p.drawLine(geometry::lineStart(s), geometry::lineEnd(s));
+        return;
+    }
+    const double w = st.line.weight * LineUnitMm;
+    if (s.has(shape_flag::Filled)) {
+        if (stroked && w > 0) {
+            p.fillRect(box.adjusted(-w / 2, -w / 2, w / 2, w / 2), c.line);
+            const QRectF inner = box.adjusted(w / 2, w / 2, -w / 2, -w / 2);
+            if (inner.width() > 0 && inner.height() > 0)
+                p.fillRect(inner, c.fill);
+            return;
+        }
+        p.fillRect(box, c.fill);
+    }
+    if (!stroked)
+        return;
+    if (w > 0) {
+        const double h = w / 2;
+        p.fillRect(QRectF(box.left() - h, box.top() - h, box.width() + w, w), c.line);
+        p.fillRect(QRectF(box.left() - h, box.bottom() - h, box.width() + w, w), c.line);
+        p.fillRect(QRectF(box.left() - h, box.top() + h, w, box.height() - w), c.line);
+        p.fillRect(QRectF(box.right() - h, box.top() + h, w, box.height() - w), c.line);
+    } else {
+        p.drawRect(box);
+    }
+}
+
 void drawShapeIn(QPainter& p, const ShapeData& s, Context& ctx, int position) {
     using namespace shape_type;
+    if (ctx.pxPerMm > 0 && isPlain(s)) {
+        drawPlain(p, s, ctx);
+        return;
+    }
+    ctx.cache.style = nullptr; // the general path changes the painter's pen and brush
     if (s.type == Group) {
         if (s.extra)
             for (const ShapePtr& c : s.extra->children)
@@ -393,15 +476,23 @@ void Renderer::render(QPainter& p, const RenderScene& scene, const QRectF& pageR
     if (scene.showGrid)
         drawGrid(p, page, drawArea, pxX, pxY);
 
-    Context ctx{&d, 0};
+    Context ctx{&d, 0, 0, {}};
+    // the shortcuts for plain shapes hold where the page is not turned on the device
+    if (std::fabs(p.transform().m12()) < 1e-12 && std::fabs(p.transform().m21()) < 1e-12)
+        ctx.pxPerMm = std::min(pxX, pxY);
     std::vector<int> visible;
     if (area.isNull()) {
         for (int i = 0; i < d.count(); ++i)
             drawShapeIn(p, *d.at(i), ctx, i);
     } else {
         visible = d.positionsIn(area);
+        // a crowded window is painted without smoothing, which halves the time; exports keep it
+        const bool smooth = p.testRenderHint(QPainter::Antialiasing);
+        if (visible.size() > CrowdedView)
+            p.setRenderHint(QPainter::Antialiasing, false);
         for (int pos : visible)
             drawShapeIn(p, *d.at(pos), ctx, pos);
+        p.setRenderHint(QPainter::Antialiasing, smooth);
     }
     if (scene.showGuides)
         drawGuides(p, st, area.isNull() ? sheet : area);

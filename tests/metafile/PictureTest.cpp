@@ -128,6 +128,7 @@ TEST(PictureLoader, PlaceableWmfSizeComesFromItsHeader) {
     w.u16(0);
     wmf += convertEmfToWmf(emf) + QByteArray(2, '\0');
     addToCorpus(QStringLiteral("picture"), QStringLiteral("plan.wmf"), wmf);
+    EXPECT_TRUE(wmfToSvg(wmf, QStringLiteral("picture-plan")).contains("<svg"));
     const Picture picture = loadPicture(writeScratch(QStringLiteral("plan.wmf"), wmf));
     EXPECT_EQ(picture.kind(), Picture::Kind::Wmf);
     EXPECT_EQ(picture.widthHiMetric(), static_cast<int>(std::lround(1001 * 2540 / 96.0)));

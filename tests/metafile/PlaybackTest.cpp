@@ -63,7 +63,7 @@ public:
         h.u32(0x10000);
         h.u32(static_cast<uint32_t>(88 + body_.size()));
         h.u32(records_ + 1);
-        h.u16(1);
+        h.u16(3); // handles: index 0 and the two brushes
         h.u16(0);
         h.u32(0);
         h.u32(0);
@@ -152,6 +152,7 @@ TEST(Playback, RecordsOfOtherProgramsMapModesSavedStatesAndWorldTransforms) {
     const QByteArray emf =
         b.finish(QRect(QPoint(0, 0), QPoint(99, 99)), QRect(QPoint(0, 0), QPoint(2540, 2540)));
     addToCorpus(QStringLiteral("emf"), QStringLiteral("foreign.emf"), emf);
+    EXPECT_TRUE(emfToSvg(emf, QStringLiteral("foreign")).contains("<svg"));
     // The frame is 25.4 mm at 4 units a millimetre: 101.6 device units.
     const QImage image = playedEmf(emf, QSize(102, 102));
     EXPECT_EQ(image.pixelColor(20, 20), QColor(0, 0, 255));
@@ -177,6 +178,7 @@ TEST(Playback, PlaceableWmfFillsTheTarget) {
     w.u32(0);
     w.u16(0);
     placeable += convertEmfToWmf(emf) + QByteArray(2, '\0');
+    EXPECT_TRUE(wmfToSvg(placeable, QStringLiteral("playback-placeable")).contains("<svg"));
     QImage image = blankImage(QSize(200, 100));
     {
         QPainter p(&image);

@@ -79,6 +79,7 @@ TEST_F(PrintModTest, Inch96AndBounds1001By701GiveTheHeaderAndChecksum) {
     EXPECT_EQ(u16(wmf, 20), 0x5711 ^ 96 ^ 1001 ^ 701);
     EXPECT_EQ(module->AldusHeader.toBytes(), wmf.left(22));
     EXPECT_EQ(waiter.waits, (std::vector<int>{500, 300, 500}));
+    EXPECT_TRUE(wmfToSvg(wmf, QStringLiteral("placeable-1001")).contains("<svg"));
     addToCorpus(QStringLiteral("wmf"), QStringLiteral("placeable.wmf"), wmf);
 }
 

@@ -2,6 +2,8 @@
 
 #include "output/metafile/EmfPaintDevice.h"
 
+#include <gtest/gtest.h>
+
 #include <QDir>
 #include <QFile>
 #include <QPainterPath>
@@ -58,7 +60,12 @@ QByteArray recordEmf(QSizeF frameMm, const std::function<void(QPainter&)>& paint
     QPainter painter(&device);
     paint(painter);
     painter.end();
-    return device.toBytes();
+    const QByteArray emf = device.toBytes();
+    // Every EMF the tests write must be readable by libemf2svg.
+    static int counter = 0;
+    const QString name = QStringLiteral("recorded-%1").arg(++counter);
+    EXPECT_TRUE(emfToSvg(emf, name).contains("<svg")) << "emf2svg-conv failed on " << name.toStdString();
+    return emf;
 }
 
 void paintShapes(QPainter& painter) {

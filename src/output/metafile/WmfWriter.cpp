@@ -117,6 +117,13 @@ void WmfWriter::box(const QRectF& r) {
     w_.i16(coordinate(r.left()));
 }
 
+void WmfWriter::unscaledBox(const QRect& r) {
+    w_.i16(checked(r.top() + r.height()));
+    w_.i16(checked(r.left() + r.width()));
+    w_.i16(checked(r.top()));
+    w_.i16(checked(r.left()));
+}
+
 int WmfWriter::allocate() {
     auto free = std::find(table_.begin(), table_.end(), false);
     const int index = static_cast<int>(free - table_.begin());
@@ -293,18 +300,25 @@ void WmfWriter::setClip(const std::optional<QPainterPath>& clip) {
     savedBrush_ = brush_.selected;
     savedFont_ = font_.selected;
     savedAttributes_ = written_;
-    const QRegion region(clip->toFillPolygon().toPolygon(), clip->fillRule());
+    // The region is worked out in WMF units, whose range is 16 bits: a clip
+    // beyond it cannot be written (error 6) and is never rasterised.
+    const QPainterPath scaled = QTransform::fromScale(scale_, scale_).map(*clip);
+    const QRectF extent = scaled.boundingRect();
+    checked(extent.left());
+    checked(extent.top());
+    checked(extent.right());
+    checked(extent.bottom());
+    const QRegion region(scaled.toFillPolygon().toPolygon(), clip->fillRule());
     const QRect bounding = region.boundingRect();
-    ByteWriter& w = begin(meta::IntersectClipRect);
-    Q_UNUSED(w);
-    box(QRectF(bounding.left(), bounding.top(), bounding.width(), bounding.height()));
+    begin(meta::IntersectClipRect);
+    unscaledBox(bounding);
     end();
     const QRegion outside = QRegion(bounding) - region;
     if (outside.rectCount() > MaxClipPieces)
         return;
     for (const QRect& r : outside) {
         begin(meta::ExcludeClipRect);
-        box(QRectF(r.left(), r.top(), r.width(), r.height()));
+        unscaledBox(r);
         end();
     }
 }

@@ -67,6 +67,7 @@ private:
     static int16_t checked(double value);   // a value outside the scaling (counts, sizes of bitmaps)
     void point(const QPointF& p);           // x, y
     void box(const QRectF& r);              // bottom, right, top, left
+    void unscaledBox(const QRect& r);       // the same, already in WMF units (right and bottom exclusive)
     int allocate();
     void release(int index);
     void selectSlot(int& selected, int live);

@@ -241,3 +241,36 @@ TEST(Playback, DamagedFilesRaiseInvalidPictureAndNeverReadBeyondThem) {
     EXPECT_EQ(expectError([&] { playWmf(painter, wmf.left(wmf.size() - 6), QRectF(0, 0, 50, 50)); }), 481);
     EXPECT_EQ(expectError([&] { playWmf(painter, QByteArray(10, 'x'), QRectF(0, 0, 50, 50)); }), 481);
 }
+
+TEST(Playback, ConvertedWmfPlaysLikeItsEmf) {
+    const QByteArray emf = recordEmf(QSizeF(110, 110), [](QPainter& p) {
+        paintShapes(p);
+        p.setPen(QPen(Qt::darkGray, 2, Qt::DashLine));
+        p.setBrush(QBrush(Qt::blue, Qt::CrossPattern));
+        p.drawRect(300, 10, 80, 60);
+        p.setClipRect(QRect(0, 0, 100, 416));
+        p.setPen(QPen(Qt::red, 8));
+        p.drawLine(0, 240, 400, 240);
+    });
+    const QByteArray wmf = convertEmfToWmf(emf);
+    const QRect bounds = readEmfHeader(emf).bounds;
+    const QSize size = bounds.size();
+    QImage fromEmf = blankImage(size);
+    {
+        QPainter p(&fromEmf);
+        p.translate(-bounds.topLeft());
+        playEmf(p, emf, readEmfHeader(emf).frameInDevice());
+    }
+    QImage fromWmf = blankImage(size);
+    {
+        QPainter p(&fromWmf);
+        playWmf(p, wmf, QRectF(QPointF(0, 0), QSizeF(size)));
+    }
+    // Tolerance: every channel within 40, one pixel of displacement (curves
+    // become line segments); at most 1% of pixels may differ.
+    const double share = mismatchShareNear(fromEmf, fromWmf, 40, 1);
+    EXPECT_LT(share, 0.01) << share;
+    // The clip holds in both: nothing red right of it.
+    EXPECT_NE(fromWmf.pixelColor(50 - bounds.left(), 240 - bounds.top()), QColor(Qt::white));
+    EXPECT_NE(fromWmf.pixelColor(200 - bounds.left(), 240 - bounds.top()), QColor(Qt::red));
+}

@@ -57,10 +57,10 @@ struct LogicalPen {
 };
 
 struct LogicalFont {
-    FontSpec spec; // height and width still in logical units
+    GdiFont font; // height and width still in logical units
 };
 
-using GdiObject = std::variant<LogicalPen, BrushSpec, LogicalFont>;
+using GdiObject = std::variant<LogicalPen, GdiBrush, LogicalFont>;
 
 struct DcState {
     PageMapping page;
@@ -80,17 +80,17 @@ struct DcState {
 GdiObject stockObject(uint32_t index) {
     switch (index) {
     case gdi::WhiteBrush:
-        return BrushSpec{BrushSpec::Kind::Solid, Qt::white, 0, {}};
+        return GdiBrush{GdiBrush::Kind::Solid, Qt::white, 0, {}};
     case gdi::LtGrayBrush:
-        return BrushSpec{BrushSpec::Kind::Solid, QColor(0xC0, 0xC0, 0xC0), 0, {}};
+        return GdiBrush{GdiBrush::Kind::Solid, QColor(0xC0, 0xC0, 0xC0), 0, {}};
     case gdi::GrayBrush:
-        return BrushSpec{BrushSpec::Kind::Solid, QColor(0x80, 0x80, 0x80), 0, {}};
+        return GdiBrush{GdiBrush::Kind::Solid, QColor(0x80, 0x80, 0x80), 0, {}};
     case gdi::DkGrayBrush:
-        return BrushSpec{BrushSpec::Kind::Solid, QColor(0x40, 0x40, 0x40), 0, {}};
+        return GdiBrush{GdiBrush::Kind::Solid, QColor(0x40, 0x40, 0x40), 0, {}};
     case gdi::BlackBrush:
-        return BrushSpec{BrushSpec::Kind::Solid, Qt::black, 0, {}};
+        return GdiBrush{GdiBrush::Kind::Solid, Qt::black, 0, {}};
     case gdi::NullBrush:
-        return BrushSpec{BrushSpec::Kind::Null, Qt::white, 0, {}};
+        return GdiBrush{GdiBrush::Kind::Null, Qt::white, 0, {}};
     case gdi::WhitePen:
         return LogicalPen{gdi::PsSolid, 0, false, Qt::white, {}};
     case gdi::BlackPen:
@@ -147,9 +147,9 @@ private:
     QPainterPath path_;         // the path being built, in device units
     QPainterPath finishedPath_; // the last path closed by EMR_ENDPATH
     // What the sink was last told, to tell only changes.
-    std::optional<PenSpec> sentPen_;
-    std::optional<BrushSpec> sentBrush_;
-    std::optional<FontSpec> sentFont_;
+    std::optional<GdiPen> sentPen_;
+    std::optional<GdiBrush> sentBrush_;
+    std::optional<GdiFont> sentFont_;
     bool stateDirty_ = true;
     mutable std::optional<QTransform> toDevice_;
 };
@@ -207,7 +207,7 @@ void EmfReader::flushState() {
     if (!stateDirty_)
         return;
     stateDirty_ = false;
-    PenSpec pen;
+    GdiPen pen;
     if (const auto* p = dc_.pen ? std::get_if<LogicalPen>(&*dc_.pen) : nullptr) {
         pen.null = (p->style & gdi::PsStyleMask) == gdi::PsNull;
         pen.colour = p->colour;
@@ -221,16 +221,16 @@ void EmfReader::flushState() {
         sink_->setPen(pen);
         sentPen_ = pen;
     }
-    BrushSpec brush;
-    if (const auto* b = dc_.brush ? std::get_if<BrushSpec>(&*dc_.brush) : nullptr)
+    GdiBrush brush;
+    if (const auto* b = dc_.brush ? std::get_if<GdiBrush>(&*dc_.brush) : nullptr)
         brush = *b;
     if (!sentBrush_ || !(brush == *sentBrush_)) {
         sink_->setBrush(brush);
         sentBrush_ = brush;
     }
-    FontSpec font;
+    GdiFont font;
     if (const auto* f = dc_.font ? std::get_if<LogicalFont>(&*dc_.font) : nullptr) {
-        font = f->spec;
+        font = f->font;
         const QTransform t = toDevice();
         const double sy = QLineF(t.map(QPointF(0, 0)), t.map(QPointF(0, 1))).length();
         const double sx = QLineF(t.map(QPointF(0, 0)), t.map(QPointF(1, 0))).length();
@@ -422,11 +422,11 @@ void EmfReader::drawBitmap(ByteReader& r, uint32_t type) {
             return;
         flushState();
         if (rop != PatCopy) {
-            BrushSpec fill{BrushSpec::Kind::Solid, rop == Blackness ? Qt::black : Qt::white, 0, {}};
+            GdiBrush fill{GdiBrush::Kind::Solid, rop == Blackness ? Qt::black : Qt::white, 0, {}};
             sink_->setBrush(fill);
             sentBrush_ = fill;
         }
-        PenSpec none;
+        GdiPen none;
         none.null = true;
         sink_->setPen(none);
         sentPen_ = none;
@@ -476,7 +476,7 @@ void EmfReader::selectObject(uint32_t index) {
         return; // an object that was never created: the selection stays
     if (std::holds_alternative<LogicalPen>(*object))
         dc_.pen = *object;
-    else if (std::holds_alternative<BrushSpec>(*object))
+    else if (std::holds_alternative<GdiBrush>(*object))
         dc_.brush = *object;
     else
         dc_.font = *object;
@@ -641,12 +641,12 @@ void EmfReader::record(uint32_t type, ByteReader& r) {
     case emr::CreateBrushIndirect: {
         const uint32_t index = r.u32();
         const uint32_t style = r.u32();
-        BrushSpec brush;
+        GdiBrush brush;
         brush.colour = fromColourRef(r.u32());
         brush.hatch = r.u32();
-        brush.kind = style == gdi::BsNull      ? BrushSpec::Kind::Null
-                     : style == gdi::BsHatched ? BrushSpec::Kind::Hatched
-                                               : BrushSpec::Kind::Solid;
+        brush.kind = style == gdi::BsNull      ? GdiBrush::Kind::Null
+                     : style == gdi::BsHatched ? GdiBrush::Kind::Hatched
+                                               : GdiBrush::Kind::Solid;
         createObject(index, brush);
         break;
     }
@@ -660,9 +660,9 @@ void EmfReader::record(uint32_t type, ByteReader& r) {
         const uint32_t cbBits = r.u32();
         const ByteReader header = r.sub(offBmi, cbBmi);
         const ByteReader bits = r.sub(offBits, cbBits);
-        BrushSpec brush;
+        GdiBrush brush;
         brush.pattern = dib::decode(header.data(), header.size(), bits.data(), bits.size());
-        brush.kind = brush.pattern.isNull() ? BrushSpec::Kind::Solid : BrushSpec::Kind::Pattern;
+        brush.kind = brush.pattern.isNull() ? GdiBrush::Kind::Solid : GdiBrush::Kind::Pattern;
         brush.colour = Qt::gray;
         createObject(index, brush);
         break;
@@ -671,21 +671,21 @@ void EmfReader::record(uint32_t type, ByteReader& r) {
         const uint32_t index = r.u32();
         if (r.remaining() < LogFontSize)
             raiseInvalidPicture("font record too short");
-        LogicalFont font;
-        font.spec.height = r.i32();
-        font.spec.width = r.i32();
-        font.spec.escapement = r.i32() % 3600;
+        LogicalFont logical;
+        logical.font.height = r.i32();
+        logical.font.width = r.i32();
+        logical.font.escapement = r.i32() % 3600;
         r.i32(); // orientation
-        font.spec.weight = r.i32();
-        font.spec.italic = r.u8() != 0;
-        font.spec.underline = r.u8() != 0;
-        font.spec.strikeOut = r.u8() != 0;
-        font.spec.charset = r.u8();
+        logical.font.weight = r.i32();
+        logical.font.italic = r.u8() != 0;
+        logical.font.underline = r.u8() != 0;
+        logical.font.strikeOut = r.u8() != 0;
+        logical.font.charset = r.u8();
         r.skip(4);
         QString face = r.utf16(32);
         face.truncate(face.indexOf(QChar(0)) < 0 ? face.size() : face.indexOf(QChar(0)));
-        font.spec.face = face;
-        createObject(index, font);
+        logical.font.face = face;
+        createObject(index, logical);
         break;
     }
     case emr::SelectObject:

@@ -14,23 +14,23 @@
 namespace tessaly::metafile {
 
 // A pen as a metafile describes it, with lengths in device units.
-struct PenSpec {
+struct GdiPen {
     bool null = false;
     QColor colour = Qt::black;
     double width = 0;           // 0: one device unit whatever the scale
     uint32_t style = 0;         // PS_* style with its end cap and join bits
     std::vector<double> dashes; // PS_USERSTYLE lengths
-    bool operator==(const PenSpec&) const = default;
+    bool operator==(const GdiPen&) const = default;
 };
 
 // A brush: nothing, a colour, a hatch in a colour, or a bitmap pattern.
-struct BrushSpec {
+struct GdiBrush {
     enum class Kind { Null, Solid, Hatched, Pattern };
     Kind kind = Kind::Solid;
     QColor colour = Qt::white;
     uint32_t hatch = 0; // HS_* for Kind::Hatched
     QImage pattern;     // for Kind::Pattern
-    bool operator==(const BrushSpec& o) const {
+    bool operator==(const GdiBrush& o) const {
         return kind == o.kind && colour == o.colour && hatch == o.hatch &&
                pattern.cacheKey() == o.pattern.cacheKey();
     }
@@ -38,7 +38,7 @@ struct BrushSpec {
 
 // A font, with its height in device units (negative: the em height;
 // positive: the cell height, as LOGFONT has it).
-struct FontSpec {
+struct GdiFont {
     QString face = QStringLiteral("Arial");
     double height = -16;
     double width = 0;
@@ -48,7 +48,7 @@ struct FontSpec {
     bool underline = false;
     bool strikeOut = false;
     uint8_t charset = 0;
-    bool operator==(const FontSpec&) const = default;
+    bool operator==(const GdiFont&) const = default;
 };
 
 // What a metafile reader hands on: drawing operations in device units, with
@@ -58,9 +58,9 @@ class GdiSink {
 public:
     virtual ~GdiSink() = default;
 
-    virtual void setPen(const PenSpec& pen) = 0;
-    virtual void setBrush(const BrushSpec& brush) = 0;
-    virtual void setFont(const FontSpec& font) = 0;
+    virtual void setPen(const GdiPen& pen) = 0;
+    virtual void setBrush(const GdiBrush& brush) = 0;
+    virtual void setFont(const GdiFont& font) = 0;
     virtual void setTextColour(const QColor& colour) = 0;
     virtual void setBackground(const QColor& colour, bool opaque) = 0;
     virtual void setTextAlign(uint32_t align) = 0;

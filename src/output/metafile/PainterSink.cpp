@@ -50,16 +50,16 @@ PainterSink::~PainterSink() {
     painter_.restore();
 }
 
-void PainterSink::setPen(const PenSpec& spec) {
-    if (spec.null) {
+void PainterSink::setPen(const GdiPen& given) {
+    if (given.null) {
         pen_ = QPen(Qt::NoPen);
         return;
     }
     // As on a GDI device, no pen is thinner than one pixel of the target:
     // widths up to one pixel are drawn as one-pixel (cosmetic) lines.
-    const double onTarget = spec.width * std::sqrt(std::abs(base_.determinant()));
-    QPen pen(spec.colour, onTarget <= 1.0 ? 0.0 : std::clamp(spec.width, 0.0, 1e6));
-    switch (spec.style & gdi::PsStyleMask) {
+    const double onTarget = given.width * std::sqrt(std::abs(base_.determinant()));
+    QPen pen(given.colour, onTarget <= 1.0 ? 0.0 : std::clamp(given.width, 0.0, 1e6));
+    switch (given.style & gdi::PsStyleMask) {
     case gdi::PsDash:
         pen.setStyle(Qt::DashLine);
         break;
@@ -73,10 +73,10 @@ void PainterSink::setPen(const PenSpec& spec) {
         pen.setStyle(Qt::DashDotDotLine);
         break;
     case gdi::PsUserStyle:
-        if (!spec.dashes.empty() && spec.dashes.size() <= MaxDashes) {
-            const double unit = spec.width > 0 ? spec.width : 1.0;
+        if (!given.dashes.empty() && given.dashes.size() <= MaxDashes) {
+            const double unit = given.width > 0 ? given.width : 1.0;
             QList<qreal> pattern;
-            for (double d : spec.dashes)
+            for (double d : given.dashes)
                 pattern.append(std::max(0.01, d / unit));
             if (pattern.size() % 2 != 0)
                 pattern.append(pattern.last());
@@ -86,7 +86,7 @@ void PainterSink::setPen(const PenSpec& spec) {
     default:
         break;
     }
-    switch (spec.style & gdi::PsEndcapMask) {
+    switch (given.style & gdi::PsEndcapMask) {
     case gdi::PsEndcapFlat:
         pen.setCapStyle(Qt::FlatCap);
         break;
@@ -97,7 +97,7 @@ void PainterSink::setPen(const PenSpec& spec) {
         pen.setCapStyle(Qt::RoundCap);
         break;
     }
-    switch (spec.style & gdi::PsJoinMask) {
+    switch (given.style & gdi::PsJoinMask) {
     case gdi::PsJoinMiter:
         pen.setJoinStyle(Qt::MiterJoin);
         break;
@@ -111,45 +111,45 @@ void PainterSink::setPen(const PenSpec& spec) {
     pen_ = pen;
 }
 
-void PainterSink::setBrush(const BrushSpec& spec) {
+void PainterSink::setBrush(const GdiBrush& given) {
     hatched_ = false;
-    switch (spec.kind) {
-    case BrushSpec::Kind::Null:
+    switch (given.kind) {
+    case GdiBrush::Kind::Null:
         brush_ = QBrush(Qt::NoBrush);
         break;
-    case BrushSpec::Kind::Hatched:
-        brush_ = QBrush(spec.colour, hatchStyle(spec.hatch));
+    case GdiBrush::Kind::Hatched:
+        brush_ = QBrush(given.colour, hatchStyle(given.hatch));
         hatched_ = true;
         break;
-    case BrushSpec::Kind::Pattern:
-        brush_ = spec.pattern.isNull() ? QBrush(spec.colour) : QBrush(spec.pattern);
+    case GdiBrush::Kind::Pattern:
+        brush_ = given.pattern.isNull() ? QBrush(given.colour) : QBrush(given.pattern);
         break;
     default:
-        brush_ = QBrush(spec.colour);
+        brush_ = QBrush(given.colour);
         break;
     }
 }
 
-void PainterSink::setFont(const FontSpec& spec) {
-    QFont font(spec.face);
-    double height = std::abs(spec.height);
+void PainterSink::setFont(const GdiFont& given) {
+    QFont font(given.face);
+    double height = std::abs(given.height);
     if (!std::isfinite(height) || height < 1)
         height = 16; // GDI's default when the height is 0
     height = std::min(height, MaxFontPixels);
-    if (spec.height > 0) {
+    if (given.height > 0) {
         // A cell height: the em height is the part of it above the descent.
         font.setPixelSize(100);
         const QFontMetricsF m(font);
         height *= 100.0 / std::max(1.0, m.ascent() + m.descent());
     }
     font.setPixelSize(std::max(1, static_cast<int>(std::lround(height))));
-    font.setWeight(static_cast<QFont::Weight>(std::clamp(spec.weight == 0 ? 400 : spec.weight, 1, 1000)));
-    font.setItalic(spec.italic);
-    font.setUnderline(spec.underline);
-    font.setStrikeOut(spec.strikeOut);
+    font.setWeight(static_cast<QFont::Weight>(std::clamp(given.weight == 0 ? 400 : given.weight, 1, 1000)));
+    font.setItalic(given.italic);
+    font.setUnderline(given.underline);
+    font.setStrikeOut(given.strikeOut);
     font_ = font;
     fontEm_ = height;
-    escapement_ = spec.escapement;
+    escapement_ = given.escapement;
 }
 
 void PainterSink::setBackground(const QColor& colour, bool opaque) {

@@ -17,9 +17,9 @@ public:
     PainterSink(const PainterSink&) = delete;
     PainterSink& operator=(const PainterSink&) = delete;
 
-    void setPen(const PenSpec& pen) override;
-    void setBrush(const BrushSpec& brush) override;
-    void setFont(const FontSpec& font) override;
+    void setPen(const GdiPen& pen) override;
+    void setBrush(const GdiBrush& brush) override;
+    void setFont(const GdiFont& font) override;
     void setTextColour(const QColor& colour) override { textColour_ = colour; }
     void setBackground(const QColor& colour, bool opaque) override;
     void setTextAlign(uint32_t align) override { textAlign_ = align; }

@@ -35,12 +35,12 @@ QColor fromColourRef(uint32_t ref) {
 
 struct Placeholder {}; // palettes and regions: they hold a slot of the table
 
-using WmfObject = std::variant<std::monostate, PenSpec, BrushSpec, FontSpec, Placeholder>;
+using WmfObject = std::variant<std::monostate, GdiPen, GdiBrush, GdiFont, Placeholder>;
 
 struct WmfDc {
-    PenSpec pen;
-    BrushSpec brush;
-    FontSpec font;
+    GdiPen pen;
+    GdiBrush brush;
+    GdiFont font;
     QColor textColour = Qt::black;
     QColor bkColour = Qt::white;
     bool opaque = true;
@@ -55,9 +55,9 @@ struct WmfDc {
 class BoundsSink final : public GdiSink {
 public:
     QRectF bounds;
-    void setPen(const PenSpec&) override {}
-    void setBrush(const BrushSpec&) override {}
-    void setFont(const FontSpec&) override {}
+    void setPen(const GdiPen&) override {}
+    void setBrush(const GdiBrush&) override {}
+    void setFont(const GdiFont&) override {}
     void setTextColour(const QColor&) override {}
     void setBackground(const QColor&, bool) override {}
     void setTextAlign(uint32_t) override {}
@@ -217,12 +217,11 @@ void WmfReader::drawImage(ByteReader& r, uint16_t function) {
     if (!withBitmap) {
         if (rop != PatCopy && rop != Blackness && rop != Whiteness)
             return;
-        PenSpec none;
+        GdiPen none;
         none.null = true;
         sink_->setPen(none);
         if (rop != PatCopy)
-            sink_->setBrush(
-                BrushSpec{BrushSpec::Kind::Solid, rop == Blackness ? Qt::black : Qt::white, 0, {}});
+            sink_->setBrush(GdiBrush{GdiBrush::Kind::Solid, rop == Blackness ? Qt::black : Qt::white, 0, {}});
         sink_->polyPolygon({mappedRect(QTransform(), destination.normalized())});
         flush();
         return;
@@ -265,7 +264,7 @@ void WmfReader::record(uint16_t function, ByteReader& r) {
         dc_.mapMode = r.u16();
         return;
     case meta::CreatePenIndirect: {
-        PenSpec pen;
+        GdiPen pen;
         pen.style = r.u16();
         pen.width = r.i16();
         r.i16();
@@ -277,28 +276,28 @@ void WmfReader::record(uint16_t function, ByteReader& r) {
         return;
     }
     case meta::CreateBrushIndirect: {
-        BrushSpec brush;
+        GdiBrush brush;
         const uint16_t style = r.u16();
         brush.colour = fromColourRef(r.u32());
         brush.hatch = r.u16();
-        brush.kind = style == gdi::BsNull      ? BrushSpec::Kind::Null
-                     : style == gdi::BsHatched ? BrushSpec::Kind::Hatched
-                                               : BrushSpec::Kind::Solid;
+        brush.kind = style == gdi::BsNull      ? GdiBrush::Kind::Null
+                     : style == gdi::BsHatched ? GdiBrush::Kind::Hatched
+                                               : GdiBrush::Kind::Solid;
         createObject(brush);
         return;
     }
     case meta::DibCreatePatternBrush: {
         r.u16(); // style
         r.u16(); // colour usage
-        BrushSpec brush;
+        GdiBrush brush;
         brush.pattern = dib::decodePacked(r.data() + r.pos(), r.remaining());
-        brush.kind = brush.pattern.isNull() ? BrushSpec::Kind::Solid : BrushSpec::Kind::Pattern;
+        brush.kind = brush.pattern.isNull() ? GdiBrush::Kind::Solid : GdiBrush::Kind::Pattern;
         brush.colour = Qt::gray;
         createObject(brush);
         return;
     }
     case meta::CreateFontIndirect: {
-        FontSpec font;
+        GdiFont font;
         font.height = r.i16();
         font.width = r.i16();
         font.escapement = r.i16() % 3600;
@@ -326,11 +325,11 @@ void WmfReader::record(uint16_t function, ByteReader& r) {
         if (index >= objects_.size())
             return;
         const WmfObject& object = objects_[index];
-        if (const auto* pen = std::get_if<PenSpec>(&object))
+        if (const auto* pen = std::get_if<GdiPen>(&object))
             dc_.pen = *pen;
-        else if (const auto* brush = std::get_if<BrushSpec>(&object))
+        else if (const auto* brush = std::get_if<GdiBrush>(&object))
             dc_.brush = *brush;
-        else if (const auto* font = std::get_if<FontSpec>(&object))
+        else if (const auto* font = std::get_if<GdiFont>(&object))
             dc_.font = *font;
         flush();
         return;
@@ -455,10 +454,10 @@ void WmfReader::record(uint16_t function, ByteReader& r) {
         const QPointF at = mapPoint(r.i16(), y);
         if (!sink_)
             return;
-        PenSpec none;
+        GdiPen none;
         none.null = true;
         sink_->setPen(none);
-        sink_->setBrush(BrushSpec{BrushSpec::Kind::Solid, colour, 0, {}});
+        sink_->setBrush(GdiBrush{GdiBrush::Kind::Solid, colour, 0, {}});
         sink_->rectangle(QRectF(at, QSizeF(2, 2)));
         flush();
         return;

@@ -39,7 +39,7 @@ uint32_t colourRef(const QColor& colour) {
            (static_cast<uint32_t>(colour.blue()) << 16);
 }
 
-uint16_t penStyle(const PenSpec& pen) {
+uint16_t penStyle(const GdiPen& pen) {
     if (pen.null)
         return gdi::PsNull;
     uint32_t style = pen.style & (gdi::PsStyleMask | gdi::PsEndcapMask | gdi::PsJoinMask);
@@ -155,7 +155,7 @@ void WmfWriter::selectSlot(int& selected, int live) {
 }
 
 void WmfWriter::realizePen(bool forFill) {
-    PenSpec wanted = pen_.wanted.value_or(PenSpec{});
+    GdiPen wanted = pen_.wanted.value_or(GdiPen{});
     if (forFill)
         wanted.null = true;
     if (pen_.created != wanted) {
@@ -177,10 +177,10 @@ void WmfWriter::realizePen(bool forFill) {
 }
 
 void WmfWriter::realizeBrush() {
-    const BrushSpec wanted = brush_.wanted.value_or(BrushSpec{});
+    const GdiBrush wanted = brush_.wanted.value_or(GdiBrush{});
     if (!brush_.created || !(*brush_.created == wanted)) {
         const int index = allocate();
-        if (wanted.kind == BrushSpec::Kind::Pattern && !wanted.pattern.isNull()) {
+        if (wanted.kind == GdiBrush::Kind::Pattern && !wanted.pattern.isNull()) {
             ByteWriter& w = begin(meta::DibCreatePatternBrush);
             w.u16(static_cast<uint16_t>(gdi::BsDibPattern));
             w.u16(static_cast<uint16_t>(gdi::DibRgbColors));
@@ -188,12 +188,12 @@ void WmfWriter::realizeBrush() {
             end();
         } else {
             ByteWriter& w = begin(meta::CreateBrushIndirect);
-            const uint32_t style = wanted.kind == BrushSpec::Kind::Null      ? gdi::BsNull
-                                   : wanted.kind == BrushSpec::Kind::Hatched ? gdi::BsHatched
-                                                                             : gdi::BsSolid;
+            const uint32_t style = wanted.kind == GdiBrush::Kind::Null      ? gdi::BsNull
+                                   : wanted.kind == GdiBrush::Kind::Hatched ? gdi::BsHatched
+                                                                            : gdi::BsSolid;
             w.u16(static_cast<uint16_t>(style));
             w.u32(colourRef(wanted.colour));
-            w.u16(static_cast<uint16_t>(wanted.kind == BrushSpec::Kind::Hatched ? wanted.hatch : 0));
+            w.u16(static_cast<uint16_t>(wanted.kind == GdiBrush::Kind::Hatched ? wanted.hatch : 0));
             end();
         }
         const int old = brush_.live;
@@ -207,7 +207,7 @@ void WmfWriter::realizeBrush() {
 }
 
 void WmfWriter::realizeFont() {
-    const FontSpec wanted = font_.wanted.value_or(FontSpec{});
+    const GdiFont wanted = font_.wanted.value_or(GdiFont{});
     if (font_.created != wanted) {
         const int index = allocate();
         ByteWriter& w = begin(meta::CreateFontIndirect);

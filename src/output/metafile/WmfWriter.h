@@ -26,9 +26,9 @@ public:
     // Ends the file with META_EOF and completes the header.
     QByteArray finish();
 
-    void setPen(const PenSpec& pen) override { pen_.wanted = pen; }
-    void setBrush(const BrushSpec& brush) override { brush_.wanted = brush; }
-    void setFont(const FontSpec& font) override { font_.wanted = font; }
+    void setPen(const GdiPen& pen) override { pen_.wanted = pen; }
+    void setBrush(const GdiBrush& brush) override { brush_.wanted = brush; }
+    void setFont(const GdiFont& font) override { font_.wanted = font; }
     void setTextColour(const QColor& colour) override { textColour_ = colour; }
     void setBackground(const QColor& colour, bool opaque) override;
     void setTextAlign(uint32_t align) override { textAlign_ = align; }
@@ -46,11 +46,11 @@ public:
     void image(const QRectF& destination, const QImage& image, const QTransform& transform) override;
 
 private:
-    template <typename Spec> struct Slot {
-        std::optional<Spec> wanted;  // what the reader asked for last
-        std::optional<Spec> created; // what the live object holds
-        int live = -1;               // object index holding `created`
-        int selected = -1;           // object index selected in the DC
+    template <typename Object> struct Slot {
+        std::optional<Object> wanted;  // what the reader asked for last
+        std::optional<Object> created; // what the live object holds
+        int live = -1;                 // object index holding `created`
+        int selected = -1;             // object index selected in the DC
     };
     // The attributes the file has set, as far as the writer knows them.
     struct Attributes {
@@ -84,9 +84,9 @@ private:
     uint32_t maxRecordWords_ = 0;
     std::vector<bool> table_;
     size_t tableSize_ = 0;
-    Slot<PenSpec> pen_;
-    Slot<BrushSpec> brush_;
-    Slot<FontSpec> font_;
+    Slot<GdiPen> pen_;
+    Slot<GdiBrush> brush_;
+    Slot<GdiFont> font_;
     QColor textColour_ = Qt::black;
     QColor bkColour_ = Qt::white;
     bool opaque_ = true;

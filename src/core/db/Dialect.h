@@ -30,7 +30,11 @@ public:
     virtual QVariant fromStorage(FieldType type, const QVariant& stored) const = 0;
 
     // The statements that make a table with its keys, defaults, relations and indexes.
-    virtual QStringList createTable(const TableDef& table) const = 0;
+    QStringList createTable(const TableDef& table) const;
+    // The engine's column type, default included, of a field.
+    virtual QString columnType(const FieldDef& field) const = 0;
+    // The column definition of the hidden key of a table the program sees without one.
+    virtual QString hiddenKeyColumn() const = 0;
     // An INSERT with `?` placeholders for `columns`; when `keyColumn` is not
     // empty and the engine returns keys that way, the statement yields the
     // generated key as its one row.

@@ -10,7 +10,7 @@ namespace {
 
 constexpr int MillisecondsPerSecond = 1000;
 
-QString columnType(const FieldDef& f) {
+QString engineColumnType(const FieldDef& f) {
     switch (f.type) {
     case FieldType::Counter:
         return QStringLiteral("SERIAL PRIMARY KEY");
@@ -98,30 +98,12 @@ QVariant PostgresDialect::fromStorage(FieldType type, const QVariant& stored) co
     return stored;
 }
 
-QStringList PostgresDialect::createTable(const TableDef& table) const {
-    QStringList columns;
-    QStringList indexes;
-    for (const FieldDef& f : table.fields) {
-        QString col = quote(f.name) + QLatin1Char(' ') + columnType(f);
-        if (!f.references.isEmpty()) {
-            const TableDef* parent = findTable(f.references);
-            col += QStringLiteral(" REFERENCES %1(%2)").arg(quote(f.references), quote(parent->keyField));
-            if (f.cascade)
-                col += QStringLiteral(" ON DELETE CASCADE");
-        }
-        columns.append(col);
-        if (f.indexed)
-            indexes.append(
-                QStringLiteral("CREATE INDEX %1 ON %2(%3)")
-                    .arg(quote(table.name + QLatin1Char('_') + f.name), quote(table.name), quote(f.name)));
-    }
-    if (table.keyField.isEmpty())
-        columns.append(HiddenRowKey + QStringLiteral(" BIGSERIAL PRIMARY KEY"));
-    QStringList statements;
-    statements.append(
-        QStringLiteral("CREATE TABLE %1 (%2)").arg(quote(table.name), columns.join(QStringLiteral(", "))));
-    statements.append(indexes);
-    return statements;
+QString PostgresDialect::columnType(const FieldDef& field) const {
+    return engineColumnType(field);
+}
+
+QString PostgresDialect::hiddenKeyColumn() const {
+    return HiddenRowKey + QStringLiteral(" BIGSERIAL PRIMARY KEY");
 }
 
 QString PostgresDialect::insertStatement(const QString& table, const QStringList& columns,

@@ -28,7 +28,7 @@ bool hasSqliteHeader(const QString& hostPath) {
     return head == QByteArray(SqliteMagic, SqliteMagicLength);
 }
 
-QString columnType(const FieldDef& f) {
+QString engineColumnType(const FieldDef& f) {
     switch (f.type) {
     case FieldType::Counter:
         return QStringLiteral("INTEGER PRIMARY KEY AUTOINCREMENT");
@@ -109,30 +109,12 @@ QVariant SqliteDialect::fromStorage(FieldType type, const QVariant& stored) cons
     return stored;
 }
 
-QStringList SqliteDialect::createTable(const TableDef& table) const {
-    QStringList columns;
-    QStringList indexes;
-    for (const FieldDef& f : table.fields) {
-        QString col = quote(f.name) + QLatin1Char(' ') + columnType(f);
-        if (!f.references.isEmpty()) {
-            const TableDef* parent = findTable(f.references);
-            col += QStringLiteral(" REFERENCES %1(%2)").arg(quote(f.references), quote(parent->keyField));
-            if (f.cascade)
-                col += QStringLiteral(" ON DELETE CASCADE");
-        }
-        columns.append(col);
-        if (f.indexed)
-            indexes.append(
-                QStringLiteral("CREATE INDEX %1 ON %2(%3)")
-                    .arg(quote(table.name + QLatin1Char('_') + f.name), quote(table.name), quote(f.name)));
-    }
-    if (table.keyField.isEmpty())
-        columns.append(quote(HiddenRowKey) + QStringLiteral(" INTEGER PRIMARY KEY AUTOINCREMENT"));
-    QStringList statements;
-    statements.append(
-        QStringLiteral("CREATE TABLE %1 (%2)").arg(quote(table.name), columns.join(QStringLiteral(", "))));
-    statements.append(indexes);
-    return statements;
+QString SqliteDialect::columnType(const FieldDef& field) const {
+    return engineColumnType(field);
+}
+
+QString SqliteDialect::hiddenKeyColumn() const {
+    return quote(HiddenRowKey) + QStringLiteral(" INTEGER PRIMARY KEY AUTOINCREMENT");
 }
 
 QString SqliteDialect::insertStatement(const QString& table, const QStringList& columns,

@@ -13,7 +13,8 @@ public:
     QString rowKeyColumn(const QString& table) const override;
     QVariant toStorage(FieldType type, const QVariant& neutral) const override;
     QVariant fromStorage(FieldType type, const QVariant& stored) const override;
-    QStringList createTable(const TableDef& table) const override;
+    QString columnType(const FieldDef& field) const override;
+    QString hiddenKeyColumn() const override;
     QString insertStatement(const QString& table, const QStringList& columns,
                             const QString& keyColumn) const override;
 };

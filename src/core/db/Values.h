@@ -15,7 +15,7 @@
 //
 // Between the program and an engine every value passes through one engine-
 // neutral form: currency as a qlonglong of ten-thousandths, dates as a
-// QDateTime in UTC spec holding the wall-clock date and time to the second,
+// QDateTime marked as UTC holding the wall-clock date and time to the second,
 // flags as bool, whole numbers as int, texts as QString.
 namespace tessaly::db {
 

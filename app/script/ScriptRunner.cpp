@@ -1,6 +1,8 @@
 #include "ScriptRunner.h"
 
+#include "core/db/QuerySql.h"
 #include "core/files/FileSystem.h"
+#include "core/forms/ApplicationBase.h"
 #include "core/forms/Control.h"
 #include "core/forms/Form.h"
 #include "core/install/Installer.h"
@@ -16,10 +18,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
-#include <QSqlRecord>
 #include <cmath>
 
 namespace tessaly {
@@ -573,28 +571,19 @@ QJsonValue ScriptRunner::evaluate(const QList<ScriptToken>& expr) {
         return o;
     }
     if (!expr[0].quoted && is(head, "sql") && expr.size() == 2) {
+        // A connection of the driver's own, so that it works after the program has ended.
         SettingsStore machine(AppHome(homeDir_).machineSettingsPath());
-        const QString location = machine.read(QStringLiteral("Software\\Morvane Works\\KORV"), QStringLiteral("DB_Location"));
-        const QString name = QStringLiteral("tessaly-script-sql");
+        const QString location = machine.read(MachineKey, QStringLiteral("DB_Location"));
+        const QString connection = location.contains(QLatin1String("Data Source="), Qt::CaseInsensitive)
+                                       ? location
+                                       : QStringLiteral("Data Source=") + location;
         QJsonArray rows;
-        {
-            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
-            db.setDatabaseName(fs::toHost(location));
-            db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
-            if (!QFileInfo::exists(fs::toHost(location)) || !db.open())
-                throw ScriptLineError(QStringLiteral("cannot open the database '%1'").arg(location));
-            QSqlQuery q(db);
-            if (!q.exec(expr[1].text))
-                throw ScriptLineError(QStringLiteral("sql failed: %1").arg(q.lastError().text()));
-            while (q.next()) {
-                QJsonObject row;
-                const QSqlRecord rec = q.record();
-                for (int i = 0; i < rec.count(); ++i)
-                    row.insert(rec.fieldName(i), toJson(q.value(i)));
-                rows << row;
-            }
+        try {
+            for (const QVariantMap& row : db::querySql(connection, expr[1].text))
+                rows << toJson(row);
+        } catch (const RuntimeError& e) {
+            throw ScriptLineError(QStringLiteral("sql failed: %1").arg(e.description()));
         }
-        QSqlDatabase::removeDatabase(name);
         return rows;
     }
     if (expr.size() != 1)

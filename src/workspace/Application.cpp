@@ -9,15 +9,43 @@ namespace tessaly {
 Application::Application(UiPort& uiPort, Waiter& w, AppHome appHome)
     : CoreApplication(uiPort, w, std::move(appHome)) {
     registerForms();
+    registerCanvasNames();
+}
+
+void Application::registerCanvasNames() {
+    auto object = [this](const char* name, AutoPtr& v) {
+        variable(QString::fromLatin1(name), [&v] { return v ? toVariant(v) : QVariant(); });
+    };
+    object("gPage", gPage);
+    object("gViewList", gViewList);
+    object("gView", gView);
+    object("gShapeList", gShapeList);
+    object("gSelection", gSelection);
+    object("gHGuides", gHGuides);
+    object("gVGuides", gVGuides);
+    variable(QStringLiteral("gShapeTypeCodes"), [this] {
+        QVariantList list;
+        for (int code : gShapeTypeCodes)
+            list.append(code);
+        return QVariant(list);
+    });
+    variable(QStringLiteral("gShapeTypeNames"), [this] {
+        QVariantList list;
+        for (const QString& name : gShapeTypeNames)
+            list.append(name);
+        return QVariant(list);
+    });
 }
 
 Application::~Application() = default;
 
 void Application::registerForms() {
-    registerForm(QString::fromLatin1(frmSplash::FormName),
-                 [](ApplicationBase& a) { return std::make_shared<frmSplash>(static_cast<Application&>(a)); });
-    registerForm(QString::fromLatin1(frmSettings::FormName),
-                 [](ApplicationBase& a) { return std::make_shared<frmSettings>(static_cast<Application&>(a)); });
+    registerForm(QString::fromLatin1(frmSplash::FormName), [](ApplicationBase& a) {
+        return std::make_shared<frmSplash>(static_cast<Application&>(a));
+    });
+    registerForm(QString::fromLatin1(frmSettings::FormName), [](ApplicationBase& a) {
+        return std::make_shared<frmSettings>(static_cast<Application&>(a));
+    });
     registerForm(QString::fromLatin1(frmMain::FormName),
                  [](ApplicationBase& a) { return std::make_shared<frmMain>(static_cast<Application&>(a)); });
 }

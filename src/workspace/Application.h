@@ -1,6 +1,9 @@
 #pragma once
 
 #include "core/app/CoreApplication.h"
+#include "core/runtime/AutoObject.h"
+
+#include <array>
 
 namespace tessaly {
 
@@ -11,8 +14,24 @@ public:
     Application(UiPort& ui, Waiter& waiter, AppHome home);
     ~Application() override;
 
+    // The canvas objects of frmMain.POLARDraw1, fetched once when the main
+    // window loads and kept to the end of the run (they follow every LoadFile).
+    AutoPtr gPage;
+    AutoPtr gViewList;
+    AutoPtr gView;
+    AutoPtr gShapeList;
+    AutoPtr gSelection;
+    AutoPtr gHGuides;
+    AutoPtr gVGuides;
+
+    // The canvas's shape type codes and their names, indices 0 to 20.
+    static constexpr int ShapeTypeCount = 21;
+    std::array<int, ShapeTypeCount> gShapeTypeCodes{};
+    std::array<QString, ShapeTypeCount> gShapeTypeNames{};
+
 private:
     void registerForms();
+    void registerCanvasNames();
 };
 
 } // namespace tessaly

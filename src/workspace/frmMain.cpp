@@ -1,6 +1,7 @@
 #include "frmMain.h"
 
 #include "MainMenus.h"
+#include "canvas/api/POLARDraw.h"
 #include "core/runtime/Vb.h"
 #include "workspace/Application.h"
 
@@ -9,17 +10,60 @@
 namespace tessaly {
 
 namespace {
-constexpr int StatusPanels = 5;          // panels of the status bar SB1
-constexpr int BackupInterval = 1000;     // milliseconds between ticks of the backup timer
-constexpr int16_t ZoomFor800 = 45;       // page zoom on an 800 by 600 screen
-constexpr int16_t ZoomFor1024 = 62;      // page zoom on a 1024 by 768 screen
-constexpr int16_t ZoomOtherwise = 90;    // page zoom on every other screen
+constexpr int StatusPanels = 5;       // panels of the status bar SB1
+constexpr int BackupInterval = 1000;  // milliseconds between ticks of the backup timer
+constexpr int16_t ZoomFor800 = 45;    // page zoom on an 800 by 600 screen
+constexpr int16_t ZoomFor1024 = 62;   // page zoom on a 1024 by 768 screen
+constexpr int16_t ZoomOtherwise = 90; // page zoom on every other screen
 // Layout offsets of the resize, in twips.
 constexpr int CanvasGap = 20, CanvasTop = 495, CanvasHeightLess = 820;
 constexpr int PaneLeft = 15, PaneTop = 705, PaneWidth = 2475, PaneHeightLess = 1240;
 constexpr int ListTop = 360, ListWidth = 2470;
 
 const QString YesText = QStringLiteral("True");
+
+// The canvas's shape type codes and the names Tessaly shows for them.
+struct ShapeTypeEntry {
+    int code;
+    const char* name;
+};
+constexpr ShapeTypeEntry ShapeTypeTable[Application::ShapeTypeCount] = {{19, "Arc"},
+                                                                        {4, "Diamond"},
+                                                                        {10250, "Dimension Bar"},
+                                                                        {3, "Ellipse"},
+                                                                        {0, "Freeform"},
+                                                                        {9, "Hexagon"},
+                                                                        {5, "Isosceles Triangle"},
+                                                                        {66, "Left Arrow"},
+                                                                        {20, "Line"},
+                                                                        {10000, "Link"},
+                                                                        {10, "Octagon"},
+                                                                        {7, "Parallelogram"},
+                                                                        {56, "Pentagon"},
+                                                                        {136, "Plain Text"},
+                                                                        {11, "Plus Sign"},
+                                                                        {1, "Rectangle"},
+                                                                        {6, "Right Triangle"},
+                                                                        {2, "Round Rectangle"},
+                                                                        {12, "Star"},
+                                                                        {202, "Text Box"},
+                                                                        {8, "Trapezoid"}};
+
+constexpr int SelectTool = 1;          // View.ToolMode of the select tool
+constexpr int GuideColour = 0xE0E0E0;  // colour of the guide lines
+constexpr int FirstGuidesBottom = 210; // the first horizontal guides run from 0 to here
+constexpr int FirstGuidesRight = 290;  // the first vertical guides run from 0 to here
+constexpr int HighlightRed = 255;      // highlight colours of the main canvas: pure red
+
+QVariant readMember(const AutoPtr& o, const char* name) {
+    return o->get(QString::fromLatin1(name));
+}
+void writeMember(const AutoPtr& o, const char* name, const QVariant& v) {
+    o->set(QString::fromLatin1(name), v);
+}
+QVariant invoke(const AutoPtr& o, const char* name, QVariantList args = {}) {
+    return o->call(QString::fromLatin1(name), args);
+}
 } // namespace
 
 frmMain::frmMain(Application& app)
@@ -31,18 +75,22 @@ frmMain::frmMain(Application& app)
       lstShapeList(add(ControlKind::ListBox, QStringLiteral("lstShapeList"))),
       cboTemplates(add(ControlKind::ComboBox, QStringLiteral("cboTemplates"))), app_(app) {
     endsProcessOnUnload = true;
+    POLARDraw1.inner = canvas::POLARDraw::create();
+    POLARDraw2.inner = canvas::POLARDraw::create();
     buildControls();
     registerMembers();
     onForm(QStringLiteral("Load"), [this](EventArgs&) { Form_Load(); });
     onForm(QStringLiteral("Activate"), [this](EventArgs&) { Form_Activate(); });
     onForm(QStringLiteral("Resize"), [this](EventArgs&) { Form_Resize(); });
     onForm(QStringLiteral("Unload"), [this](EventArgs&) { Form_Unload(); });
-    on(QStringLiteral("mnuFile_Exit"), QStringLiteral("Click"), [this](Control&, EventArgs&) { app_.unload(*this); });
+    on(QStringLiteral("mnuFile_Exit"), QStringLiteral("Click"),
+       [this](Control&, EventArgs&) { app_.unload(*this); });
     on(QStringLiteral("mnuView_GenSoftwareSettings"), QStringLiteral("Click"),
        [this](Control&, EventArgs&) { app_.show(app_.form(QStringLiteral("frmSettings")), true); });
     on(QStringLiteral("mnuEdit_CreateGuide"), QStringLiteral("Click"),
        [this](Control&, EventArgs&) { mnuEdit_CreateGuide_Click(); });
-    on(QStringLiteral("mnuHelp_Help"), QStringLiteral("Click"), [this](Control&, EventArgs&) { mnuHelp_Help_Click(); });
+    on(QStringLiteral("mnuHelp_Help"), QStringLiteral("Click"),
+       [this](Control&, EventArgs&) { mnuHelp_Help_Click(); });
 }
 
 void frmMain::buildControls() {
@@ -63,14 +111,19 @@ void frmMain::buildControls() {
 
 void frmMain::registerMembers() {
     auto i16 = [this](const char* name, int16_t& v) {
-        member(QString::fromLatin1(name), [&v] { return QVariant(static_cast<int>(v)); },
-               [&v](const QVariant& x) { v = vb::toInt16(x); });
+        member(
+            QString::fromLatin1(name), [&v] { return QVariant(static_cast<int>(v)); },
+            [&v](const QVariant& x) { v = vb::toInt16(x); });
     };
     auto i32 = [this](const char* name, int32_t& v) {
-        member(QString::fromLatin1(name), [&v] { return QVariant(v); }, [&v](const QVariant& x) { v = vb::toInt32(x); });
+        member(
+            QString::fromLatin1(name), [&v] { return QVariant(v); },
+            [&v](const QVariant& x) { v = vb::toInt32(x); });
     };
     auto boolean = [this](const char* name, bool& v) {
-        member(QString::fromLatin1(name), [&v] { return QVariant(v); }, [&v](const QVariant& x) { v = vb::toBool(x); });
+        member(
+            QString::fromLatin1(name), [&v] { return QVariant(v); },
+            [&v](const QVariant& x) { v = vb::toBool(x); });
     };
     i16("DrawingMode", DrawingMode);
     i16("ScaleValue", ScaleValue);
@@ -93,6 +146,16 @@ void frmMain::registerMembers() {
     i32("SelectedShapeIndex", SelectedShapeIndex);
     boolean("RotateNextTextBox", RotateNextTextBox);
     boolean("TemplateInserted", TemplateInserted);
+    auto step = [this](const char* name, void (frmMain::*fn)()) {
+        routine(QString::fromLatin1(name), [this, fn](QVariantList&) {
+            (this->*fn)();
+            return QVariant();
+        });
+    };
+    step("BuildShapeTypeTables", &frmMain::BuildShapeTypeTables);
+    step("BindCanvasObjects", &frmMain::BindCanvasObjects);
+    step("InitCanvas", &frmMain::InitCanvas);
+    step("ReleaseCanvasObjects", &frmMain::ReleaseCanvasObjects);
 }
 
 void frmMain::Form_Load() {
@@ -114,14 +177,20 @@ void frmMain::Form_Load() {
         TextFontSize = 12;
         ExternalWallWidth = 3;
         InternalWallWidth = 2;
-        // 4. to 6. The shape type tables, the canvas objects, the canvas
-        // defaults, the orientation and the highlight: they come with the
-        // drawing canvas.
+        // 4.
+        BuildShapeTypeTables();
+        BindCanvasObjects();
+        InitCanvas();
+        // 5.
         PageIsLandscape = true;
         DrawingMode = 3;
+        // 6.
+        writeMember(canvas1(), "HighlightEnabled", true);
+        writeMember(canvas1(), "HighlightColour", HighlightRed);
+        writeMember(canvas1(), "HighlightAltColour", HighlightRed);
         // 7. The guide-per-click option, from the per-user store.
-        CreateGuidePerClick =
-            app_.userSettings.read(UserSection, QStringLiteral("CreateGuide"), QStringLiteral("False")) == YesText;
+        CreateGuidePerClick = app_.userSettings.read(UserSection, QStringLiteral("CreateGuide"),
+                                                     QStringLiteral("False")) == YesText;
         control(QStringLiteral("mnuEdit_CreateGuide")).setChecked(CreateGuidePerClick);
         // 8. The template libraries and the first library file come with the template pane.
         // 9.
@@ -129,7 +198,8 @@ void frmMain::Form_Load() {
         // 10. The template pane's zoom comes with the template pane.
         // 11.
         cboTemplates.setText(QStringLiteral("Please Select>>"));
-        // 12. The canvas's modified flag is cleared by the drawing canvas.
+        // 12.
+        writeMember(canvas1(), "Modified", false);
         // 13.
         AskForDimensions = true;
         // 14.
@@ -146,7 +216,63 @@ void frmMain::Form_Load() {
 }
 
 void frmMain::Form_Activate() {
-    // Centring the page and clearing the modified flag come with the drawing canvas.
+    // A change made just before the user switched away counts as unmodified.
+    if (app_.gViewList)
+        invoke(app_.gViewList, "CenterPage");
+    writeMember(canvas1(), "Modified", false);
+}
+
+void frmMain::BuildShapeTypeTables() {
+    for (int i = 0; i < Application::ShapeTypeCount; ++i) {
+        app_.gShapeTypeCodes[static_cast<size_t>(i)] = ShapeTypeTable[i].code;
+        app_.gShapeTypeNames[static_cast<size_t>(i)] = QString::fromLatin1(ShapeTypeTable[i].name);
+    }
+}
+
+void frmMain::BindCanvasObjects() {
+    app_.gPage = toObject(readMember(canvas1(), "Page"));
+    app_.gViewList = toObject(readMember(canvas1(), "Views"));
+    app_.gView = toObject(readMember(app_.gViewList, "Item"));
+    app_.gShapeList = toObject(readMember(app_.gPage, "Shapes"));
+    app_.gSelection = toObject(readMember(app_.gPage, "Selection"));
+}
+
+void frmMain::InitCanvas() {
+    const AutoPtr& view = app_.gView;
+    writeMember(view, "ToolMode", SelectTool);
+    writeMember(view, "DefaultToolMode", SelectTool);
+    for (const char* flag : {"ShowFlagA", "ShowFlagB", "ShowFlagC", "ShowFlagD"})
+        writeMember(view, flag, true);
+    writeMember(view, "ShowGrid", false);
+    writeMember(view, "ShowGuides", true);
+    writeMember(view, "SnapToGrid", false);
+    writeMember(view, "SnapToGuides", false);
+    writeMember(view, "Zoom", static_cast<int>(app_.gDefaultPageZoom));
+    invoke(app_.gViewList, "CenterPage");
+    const AutoPtr options = toObject(readMember(view, "Options"));
+    writeMember(options, "MeasurementUnits", 1);
+    writeMember(options, "AllowErrorReporting", true);
+    app_.gHGuides = toObject(readMember(app_.gPage, "HorizontalGuides"));
+    app_.gVGuides = toObject(readMember(app_.gPage, "VerticalGuides"));
+    writeMember(app_.gPage, "GuideColour", GuideColour);
+    // The first guide lines, every grid step within the landscape page.
+    const int step = app_.gGridStep;
+    for (int y = 0; step > 0 && y <= FirstGuidesBottom; y += step)
+        invoke(app_.gHGuides, "Add", {y});
+    for (int x = 0; step > 0 && x <= FirstGuidesRight; x += step)
+        invoke(app_.gVGuides, "Add", {x});
+    writeMember(app_.gPage, "Landscape", true);
+    BuildShapeTypeTables();
+}
+
+void frmMain::ReleaseCanvasObjects() {
+    app_.gPage.reset();
+    app_.gViewList.reset();
+    app_.gView.reset();
+    app_.gShapeList.reset();
+    app_.gSelection.reset();
+    app_.gHGuides.reset();
+    app_.gVGuides.reset();
 }
 
 void frmMain::Form_Resize() {
@@ -166,6 +292,7 @@ void frmMain::Form_Resize() {
 void frmMain::Form_Unload() {
     // A project plan is saved without a question, and a changed free drawing
     // asks first; both come with the drawing canvas and the project save.
+    ReleaseCanvasObjects();
     app_.CloseDatabase();
 }
 
@@ -183,7 +310,8 @@ void frmMain::mnuEdit_CreateGuide_Click() {
 }
 
 void frmMain::mnuHelp_Help_Click() {
-    app_.ui.msgBox(QStringLiteral("Please consult the supplied PDF documentation"), mb::Information, AppTitle);
+    app_.ui.msgBox(QStringLiteral("Please consult the supplied PDF documentation"), mb::Information,
+                   AppTitle);
 }
 
 } // namespace tessaly

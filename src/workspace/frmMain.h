@@ -48,6 +48,15 @@ public:
     // Lays the canvases and the shape list out for the window's inner size.
     void Form_Resize();
 
+    // The canvas objects of POLARDraw1 and its defaults.
+    void BuildShapeTypeTables();
+    void BindCanvasObjects();
+    void InitCanvas();
+    void ReleaseCanvasObjects();
+    // The engine objects behind the two canvases of the window.
+    AutoPtr canvas1() const { return POLARDraw1.inner; }
+    AutoPtr canvas2() const { return POLARDraw2.inner; }
+
 private:
     void buildControls();
     void registerMembers();

@@ -9,6 +9,7 @@
 #include "core/runtime/RuntimeError.h"
 #include "core/runtime/Vb.h"
 #include "core/settings/SettingsStore.h"
+#include "templates/Drawings.h"
 #include "workspace/Application.h"
 
 #include <QCryptographicHash>
@@ -273,6 +274,7 @@ void ScriptRunner::runLine(const QList<ScriptToken>& t) {
     const QString verb = t[0].text;
     if (is(verb, "install")) {
         install(AppHome(homeDir_));
+        installDrawings(AppHome(homeDir_));
         return;
     }
     if (is(verb, "start"))
@@ -286,13 +288,15 @@ void ScriptRunner::runLine(const QList<ScriptToken>& t) {
     if (is(verb, "print")) {
         if (t.size() < 2)
             throw ScriptLineError(QStringLiteral("print needs an expression"));
-        writeLine({{QStringLiteral("print"), joinTokens(t, 1)}, {QStringLiteral("value"), evaluate(t.mid(1))}});
+        writeLine(
+            {{QStringLiteral("print"), joinTokens(t, 1)}, {QStringLiteral("value"), evaluate(t.mid(1))}});
         return;
     }
-    static const QStringList inputs{QStringLiteral("click"), QStringLiteral("dblclick"), QStringLiteral("type"),
-                                    QStringLiteral("focus"), QStringLiteral("blur"),     QStringLiteral("select"),
-                                    QStringLiteral("slide"), QStringLiteral("key"),      QStringLiteral("tab"),
-                                    QStringLiteral("tick"),  QStringLiteral("close"),    QStringLiteral("canvas")};
+    static const QStringList inputs{
+        QStringLiteral("click"), QStringLiteral("dblclick"), QStringLiteral("type"),
+        QStringLiteral("focus"), QStringLiteral("blur"),     QStringLiteral("select"),
+        QStringLiteral("slide"), QStringLiteral("key"),      QStringLiteral("tab"),
+        QStringLiteral("tick"),  QStringLiteral("close"),    QStringLiteral("canvas")};
     if (inputs.contains(verb.toLower()))
         return cmdInput(verb.toLower(), t);
     throw ScriptLineError(QStringLiteral("unknown command '%1'").arg(verb));
@@ -360,7 +364,8 @@ QVariant ScriptRunner::parseArgument(const ScriptToken& token) const {
     return parseLiteral(token.text, token.quoted);
 }
 
-std::shared_ptr<AutoObject> ScriptRunner::resolveParent(const QString& path, QString& member, QVariantList& index) {
+std::shared_ptr<AutoObject> ScriptRunner::resolveParent(const QString& path, QString& member,
+                                                        QVariantList& index) {
     const QStringList parts = splitPath(path);
     const Segment first = parseSegment(parts[0]);
     std::shared_ptr<AutoObject> cur;
@@ -368,7 +373,8 @@ std::shared_ptr<AutoObject> ScriptRunner::resolveParent(const QString& path, QSt
     if (parts.size() == 1) {
         member = first.name;
         index = first.args;
-        return std::shared_ptr<AutoObject>(std::shared_ptr<AutoObject>(), &app()); // not owned: the runner owns it
+        return std::shared_ptr<AutoObject>(std::shared_ptr<AutoObject>(),
+                                           &app()); // not owned: the runner owns it
     }
     if (app().isForm(first.name)) {
         cur = app().form(first.name).shared_from_this();
@@ -603,8 +609,8 @@ bool ScriptRunner::expect(const QList<ScriptToken>& t) {
     const QJsonValue actual = evaluate(t.mid(1, t.size() - 2));
     const ScriptToken& want = t.back();
     writeLine({{QStringLiteral("expect"), joinTokens(t.mid(1, t.size() - 2), 0)},
-          {QStringLiteral("value"), actual},
-          {QStringLiteral("want"), want.text}});
+               {QStringLiteral("value"), actual},
+               {QStringLiteral("want"), want.text}});
     switch (actual.type()) {
     case QJsonValue::String:
         return actual.toString() == want.text;

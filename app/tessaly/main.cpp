@@ -3,6 +3,7 @@
 #include "core/files/AppHome.h"
 #include "core/runtime/RuntimeError.h"
 #include "core/runtime/Waiter.h"
+#include "templates/Drawings.h"
 #include "ui/QtUiPort.h"
 #include "ui/Skin.h"
 #include "workspace/Application.h"
@@ -52,6 +53,7 @@ int install(int argc, char** argv) {
 #ifdef TESSALY_HAS_INSTALLER
     try {
         tessaly::install(home);
+        tessaly::installDrawings(home);
     } catch (const tessaly::RuntimeError& e) {
         std::fprintf(stderr, "tessaly: install failed: %d %s\n", e.number(), qPrintable(e.description()));
         return ExitFailed;

@@ -2,6 +2,7 @@
 
 #include "core/settings/frmSettings.h"
 #include "core/startup/frmSplash.h"
+#include "workspace/commands/Commands.h"
 #include "workspace/frmMain.h"
 
 namespace tessaly {
@@ -48,6 +49,7 @@ void Application::registerForms() {
     });
     registerForm(QString::fromLatin1(frmMain::FormName),
                  [](ApplicationBase& a) { return std::make_shared<frmMain>(static_cast<Application&>(a)); });
+    registerCommandForms(*this);
 }
 
 } // namespace tessaly

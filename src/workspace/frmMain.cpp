@@ -4,6 +4,7 @@
 #include "canvas/api/POLARDraw.h"
 #include "core/runtime/Vb.h"
 #include "workspace/Application.h"
+#include "workspace/commands/Commands.h"
 
 #include <functional>
 
@@ -91,6 +92,7 @@ frmMain::frmMain(Application& app)
        [this](Control&, EventArgs&) { mnuEdit_CreateGuide_Click(); });
     on(QStringLiteral("mnuHelp_Help"), QStringLiteral("Click"),
        [this](Control&, EventArgs&) { mnuHelp_Help_Click(); });
+    registerViewCommands(*this, app_);
 }
 
 void frmMain::buildControls() {

@@ -1,6 +1,7 @@
 #include "templates/library/DrawingSet.h"
 
 #include "canvas/api/POLARDraw.h"
+#include "canvas/io/PdrFormat.h"
 #include "core/runtime/RuntimeError.h"
 #include "templates/library/BlankDrawings.h"
 #include "templates/library/CatalogueParser.h"
@@ -9,6 +10,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <cstdio>
 
 namespace tessaly::templates {
 
@@ -32,6 +34,24 @@ Catalogue readBuiltIn() {
             all.libraries.push_back(std::move(l));
     }
     return all;
+}
+
+// Writes one drawing by a temporary file renamed over the target, so that no
+// half-written file is ever in place. The files are made again by every
+// install, so they are not forced to the disk one by one: that would make the
+// install step, which every run of the test scripts starts with, many times
+// slower.
+void writeDrawing(const QString& path, const QByteArray& bytes) {
+    const QString temporary = path + QStringLiteral(".new");
+    QFile out(temporary);
+    const bool ok = out.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
+                    out.write(bytes) == bytes.size() && out.flush();
+    out.close();
+    if (!ok ||
+        std::rename(QFile::encodeName(temporary).constData(), QFile::encodeName(path).constData()) != 0) {
+        QFile::remove(temporary);
+        raiseError(err::PathFileAccess, QStringLiteral("The drawing %1 cannot be written").arg(path));
+    }
 }
 
 } // namespace
@@ -71,11 +91,7 @@ QStringList writeDrawingFiles(const Catalogue& catalogue, const QString& templat
         if (file.userData && QFileInfo::exists(path))
             continue;
         const auto draw = file.build();
-        // The canvas reports a failed save through its own error event; the file's absence tells.
-        QFile::remove(path);
-        draw->saveFile(path, canvas::save_format::Pdr);
-        if (!QFileInfo::exists(path))
-            raiseError(err::PathFileAccess, QStringLiteral("The drawing %1 cannot be written").arg(path));
+        writeDrawing(path, canvas::pdr::encode(draw->drawing().shapes(), draw->drawing().state()));
         written << path;
     }
     return written;

@@ -1,5 +1,6 @@
 #include "ScriptRunner.h"
 
+#include "canvas/api/POLARDraw.h"
 #include "core/db/QuerySql.h"
 #include "core/files/FileSystem.h"
 #include "core/forms/ApplicationBase.h"
@@ -441,7 +442,7 @@ void ScriptRunner::cmdInput(const QString& verb, const QList<ScriptToken>& t) {
         return;
     }
     if (verb == QLatin1String("canvas"))
-        throw ScriptLineError(QStringLiteral("'%1' has no drawing canvas").arg(t[1].text));
+        return cmdCanvas(t);
     Control& c = resolveControl(t[1].text);
     Form& f = c.form();
     if (verb != QLatin1String("tick"))
@@ -504,6 +505,86 @@ void ScriptRunner::cmdInput(const QString& verb, const QList<ScriptToken>& t) {
         for (int i = 0; i < n && c.enabled(); ++i)
             f.raiseEvent(c, QStringLiteral("Timer"));
     }
+}
+
+canvas::POLARDraw& ScriptRunner::resolveCanvas(const QString& path) {
+    Control& c = resolveControl(path);
+    auto* engine = dynamic_cast<canvas::POLARDraw*>(c.inner.get());
+    if (c.kind() != ControlKind::Canvas || !engine)
+        throw ScriptLineError(QStringLiteral("'%1' has no drawing canvas").arg(path));
+    return *engine;
+}
+
+void ScriptRunner::cmdCanvas(const QList<ScriptToken>& t) {
+    if (t.size() < 3)
+        throw ScriptLineError(QStringLiteral("canvas needs a name and an action"));
+    Control& control = resolveControl(t[1].text);
+    canvas::POLARDraw& c = resolveCanvas(t[1].text);
+    requireInput(control.form(), control.fullName());
+    const QString action = t[2].text.toLower();
+    // The numbers of the action: page millimetres, buttons, shift values, key codes.
+    QList<double> n;
+    for (int i = 3; i < t.size(); ++i) {
+        bool ok = false;
+        n << t[i].text.toDouble(&ok);
+        if (!ok)
+            throw ScriptLineError(QStringLiteral("'%1' is not a number").arg(t[i].text));
+    }
+    auto needs = [&](qsizetype least, qsizetype most) {
+        if (n.size() < least || n.size() > most)
+            throw ScriptLineError(QStringLiteral("wrong number of values for canvas %1").arg(action));
+    };
+    auto at = [&](double x, double y) { return c.pageToScreen(QPointF(x, y)); };
+    constexpr int Left = 1; // the left mouse button
+    std::function<void()> input;
+    if (action == QLatin1String("press")) {
+        needs(3, 4);
+        const QPointF p = at(n[1], n[2]);
+        input = [&c, &n, p] {
+            c.mousePress(static_cast<int>(n[0]), n.size() > 3 ? static_cast<int>(n[3]) : 0, p.x(), p.y());
+        };
+    } else if (action == QLatin1String("move")) {
+        needs(2, 3);
+        const QPointF p = at(n[0], n[1]);
+        input = [&c, &n, p] { c.mouseMove(n.size() > 2 ? static_cast<int>(n[2]) : 0, 0, p.x(), p.y()); };
+    } else if (action == QLatin1String("release")) {
+        needs(3, 4);
+        const QPointF p = at(n[1], n[2]);
+        input = [&c, &n, p] {
+            c.mouseRelease(static_cast<int>(n[0]), n.size() > 3 ? static_cast<int>(n[3]) : 0, p.x(), p.y());
+        };
+    } else if (action == QLatin1String("drag")) {
+        needs(4, 4);
+        const QPointF a = at(n[0], n[1]), b = at(n[2], n[3]);
+        input = [&c, a, b] {
+            c.mousePress(Left, 0, a.x(), a.y());
+            c.mouseMove(Left, 0, (a.x() + b.x()) / 2, (a.y() + b.y()) / 2);
+            c.mouseMove(Left, 0, b.x(), b.y());
+            c.mouseRelease(Left, 0, b.x(), b.y());
+        };
+    } else if (action == QLatin1String("click")) {
+        needs(2, 2);
+        const QPointF p = at(n[0], n[1]);
+        input = [&c, p] {
+            c.mousePress(Left, 0, p.x(), p.y());
+            c.mouseRelease(Left, 0, p.x(), p.y());
+        };
+    } else if (action == QLatin1String("dblclick")) {
+        needs(2, 2);
+        const QPointF p = at(n[0], n[1]);
+        input = [&c, p] {
+            c.mousePress(Left, 0, p.x(), p.y());
+            c.mouseRelease(Left, 0, p.x(), p.y());
+            c.mouseDoubleClick(Left, 0, p.x(), p.y());
+            c.mouseRelease(Left, 0, p.x(), p.y());
+        };
+    } else if (action == QLatin1String("key")) {
+        needs(2, 2);
+        input = [&c, &n] { c.keyPress(static_cast<int>(n[0]), static_cast<int>(n[1])); };
+    } else {
+        throw ScriptLineError(QStringLiteral("unknown canvas action '%1'").arg(t[2].text));
+    }
+    app().dispatch(input);
 }
 
 void ScriptRunner::cmdSet(const QList<ScriptToken>& t) {
@@ -576,6 +657,8 @@ QJsonValue ScriptRunner::evaluate(const QList<ScriptToken>& expr) {
         }
         return o;
     }
+    if (!expr[0].quoted && is(head, "shapes") && expr.size() == 2)
+        return toJson(resolveCanvas(expr[1].text).describeShapes());
     if (!expr[0].quoted && is(head, "sql") && expr.size() == 2) {
         // A connection of the driver's own, so that it works after the program has ended.
         SettingsStore machine(AppHome(homeDir_).machineSettingsPath());

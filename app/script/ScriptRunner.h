@@ -16,6 +16,9 @@ namespace tessaly {
 
 class Application;
 class AutoObject;
+namespace canvas {
+class POLARDraw;
+}
 
 // One token of a script line; quoted tokens keep that they were quoted.
 struct ScriptToken {
@@ -43,13 +46,15 @@ public:
 
 private:
     void runLine(const QList<ScriptToken>& tokens); // throws ScriptLineError
-    bool expect(const QList<ScriptToken>& tokens);   // false: the expectation failed
+    bool expect(const QList<ScriptToken>& tokens);  // false: the expectation failed
 
     void cmdStart();
     void cmdAnswer(const QList<ScriptToken>& t);
     void cmdInput(const QString& verb, const QList<ScriptToken>& t);
     void cmdSet(const QList<ScriptToken>& t);
     void cmdCall(const QList<ScriptToken>& t);
+    void cmdCanvas(const QList<ScriptToken>& t);
+    canvas::POLARDraw& resolveCanvas(const QString& path);
     QJsonValue evaluate(const QList<ScriptToken>& expr);
 
     Application& app();

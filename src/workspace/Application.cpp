@@ -2,13 +2,15 @@
 
 #include "core/settings/frmSettings.h"
 #include "core/startup/frmSplash.h"
+#include "workspace/PortDialogHost.h"
 #include "workspace/commands/Commands.h"
 #include "workspace/frmMain.h"
 
 namespace tessaly {
 
 Application::Application(UiPort& uiPort, Waiter& w, AppHome appHome)
-    : CoreApplication(uiPort, w, std::move(appHome)) {
+    : CoreApplication(uiPort, w, std::move(appHome)),
+      canvasDialogs(std::make_unique<PortDialogHost>(uiPort)) {
     registerForms();
     registerCanvasNames();
 }
@@ -24,6 +26,12 @@ void Application::registerCanvasNames() {
     object("gSelection", gSelection);
     object("gHGuides", gHGuides);
     object("gVGuides", gVGuides);
+    // The shared routines of the main window, by their bare names.
+    for (const char* name :
+         {"SetScale", "SetDrawingTool", "RequireSelection", "ShapeTypeName", "SyncDrawingMode"})
+        routine(QString::fromLatin1(name), [this, name](QVariantList& a) {
+            return form(QString::fromLatin1(frmMain::FormName)).call(QString::fromLatin1(name), a);
+        });
     variable(QStringLiteral("gShapeTypeCodes"), [this] {
         QVariantList list;
         for (int code : gShapeTypeCodes)

@@ -4,11 +4,14 @@
 #include "core/runtime/AutoObject.h"
 
 #include <array>
+#include <memory>
 
 namespace tessaly {
 
 // The whole of Tessaly's module-level state: the core's, plus what the
 // drawing workspace shares. It registers every window of the program.
+class PortDialogHost;
+
 class Application final : public CoreApplication {
 public:
     Application(UiPort& ui, Waiter& waiter, AppHome home);
@@ -30,6 +33,10 @@ public:
     static constexpr int ShapeTypeCount = 21;
     std::array<int, ShapeTypeCount> gShapeTypeCodes{};
     std::array<QString, ShapeTypeCount> gShapeTypeNames{};
+
+    // The canvases' own dialogs, prints and file errors, through the UI port.
+    // Every canvas of the program uses it unless the desktop view installs its own.
+    std::unique_ptr<PortDialogHost> canvasDialogs;
 
 private:
     void registerForms();

@@ -1,7 +1,11 @@
 #include "frmMain.h"
 
+#include "CanvasEventSink.h"
+#include "LateBound.h"
 #include "MainMenus.h"
+#include "PortDialogHost.h"
 #include "canvas/api/POLARDraw.h"
+#include "core/common/CommonRoutines.h"
 #include "core/runtime/Vb.h"
 #include "workspace/Application.h"
 #include "workspace/commands/Commands.h"
@@ -80,6 +84,9 @@ frmMain::frmMain(Application& app)
     POLARDraw2.inner = canvas::POLARDraw::create();
     buildControls();
     registerMembers();
+    registerWorkspaceHandlers();
+    registerWorkspaceRoutines();
+    attachCanvases();
     onForm(QStringLiteral("Load"), [this](EventArgs&) { Form_Load(); });
     onForm(QStringLiteral("Activate"), [this](EventArgs&) { Form_Activate(); });
     onForm(QStringLiteral("Resize"), [this](EventArgs&) { Form_Resize(); });
@@ -95,12 +102,15 @@ frmMain::frmMain(Application& app)
     registerViewCommands(*this, app_);
 }
 
+frmMain::~frmMain() = default;
+
 void frmMain::buildControls() {
     setCaption(QStringLiteral("Tessaly - Untitled Drawing"));
     addMainMenus(*this);
     SB1.setPanelCount(StatusPanels);
     Timer1.setProp(QStringLiteral("Interval"), BackupInterval);
     SSActiveTabs1.move(0, 0, SideBarWide, 0);
+    buildWorkspaceControls();
     SSActiveTabs1.setProp(QStringLiteral("Tabs"),
                           QStringList{QStringLiteral("Drawing Objects"), QStringLiteral("Template Objects"),
                                       QStringLiteral("Shape List")});
@@ -109,6 +119,7 @@ void frmMain::buildControls() {
     // The screen size of a window not yet shown: the view sets the real one.
     const QSize screen = app_.ui.screenSize();
     setSize(screen.width() * 15, screen.height() * 15, screen.width() * 15, (screen.height() - 60) * 15);
+    Form_Resize();
 }
 
 void frmMain::registerMembers() {
@@ -160,6 +171,47 @@ void frmMain::registerMembers() {
     step("ReleaseCanvasObjects", &frmMain::ReleaseCanvasObjects);
 }
 
+void frmMain::registerWorkspaceRoutines() {
+    on(QStringLiteral("WallInputButton"), QStringLiteral("Click"),
+       [this](Control& c, EventArgs&) { WallInputButton_Click(c.index()); });
+    on(QStringLiteral("txtWallLen"), QStringLiteral("GotFocus"),
+       [this](Control&, EventArgs&) { common::SelectAllText(*this); });
+    on(QStringLiteral("cboScale"), QStringLiteral("Click"),
+       [this](Control&, EventArgs&) { cboScale_Click(); });
+    on(QStringLiteral("mnuEdit_AutoDimension"), QStringLiteral("Click"),
+       [this](Control&, EventArgs&) { mnuEdit_AutoDimension_Click(); });
+    on(QStringLiteral("cboTemplates"), QStringLiteral("Click"),
+       [this](Control&, EventArgs&) { cboTemplates_Click(); });
+    on(QStringLiteral("TemplateZoom1"), QStringLiteral("Change"),
+       [this](Control& c, EventArgs&) { late::set(canvas2(), "Zoom", c.value()); });
+    on(QStringLiteral("mnuView_Shapes"), QStringLiteral("Click"),
+       [this](Control&, EventArgs&) { mnuView_Shapes_Click(); });
+    on(QStringLiteral("cdmShapeData"), QStringLiteral("Click"),
+       [this](Control&, EventArgs&) { mnuView_Shapes_Click(); });
+
+    routine(QStringLiteral("SetScale"), [this](QVariantList& a) {
+        SetScale(vb::toText(a.value(0)));
+        return QVariant();
+    });
+    routine(QStringLiteral("SetDrawingTool"), [this](QVariantList& a) {
+        while (a.size() < 3)
+            a << -1;
+        int32_t tool = vb::toInt32(a[0]), type = vb::toInt32(a[1]), option = vb::toInt32(a[2]);
+        SetDrawingTool(tool, type, option);
+        a = {tool, type, option};
+        return QVariant();
+    });
+    routine(QStringLiteral("SyncDrawingMode"), [this](QVariantList&) {
+        SyncDrawingMode();
+        return QVariant();
+    });
+    routine(QStringLiteral("RequireSelection"),
+            [this](QVariantList&) { return QVariant(RequireSelection()); });
+    routine(QStringLiteral("ShapeTypeName"),
+            [this](QVariantList& a) { return QVariant(ShapeTypeName(vb::toInt32(a.value(0)))); });
+    member(QStringLiteral("PopupMenuCount"), [this] { return QVariant(PopupMenuCount); });
+}
+
 void frmMain::Form_Load() {
     try {
         // 1. The screen size, as "1024 X 768".
@@ -194,10 +246,14 @@ void frmMain::Form_Load() {
         CreateGuidePerClick = app_.userSettings.read(UserSection, QStringLiteral("CreateGuide"),
                                                      QStringLiteral("False")) == YesText;
         control(QStringLiteral("mnuEdit_CreateGuide")).setChecked(CreateGuidePerClick);
-        // 8. The template libraries and the first library file come with the template pane.
+        // 8. The template libraries, and the doors at the drawing's scale.
+        fillTemplateList();
+        loadFirstTemplates();
         // 9.
         SB1.setPanelText(3, QStringLiteral("Standard Doors"));
-        // 10. The template pane's zoom comes with the template pane.
+        // 10. The template pane's zoom, on the canvas and on the slider.
+        late::set(canvas2(), "Zoom", static_cast<int>(app_.gTemplateZoom));
+        control(QStringLiteral("TemplateZoom1")).setValue(app_.gTemplateZoom);
         // 11.
         cboTemplates.setText(QStringLiteral("Please Select>>"));
         // 12.
@@ -285,6 +341,7 @@ void frmMain::Form_Resize() {
         } catch (const RuntimeError&) {
         }
     };
+    layoutSideBar();
     const int left = SSActiveTabs1.geometry().width() + CanvasGap;
     attempt([&] { POLARDraw1.move(left, CanvasTop, scaleWidth() - left, scaleHeight() - CanvasHeightLess); });
     attempt([&] { POLARDraw2.move(PaneLeft, PaneTop, PaneWidth, scaleHeight() - PaneHeightLess); });
@@ -292,8 +349,18 @@ void frmMain::Form_Resize() {
 }
 
 void frmMain::Form_Unload() {
-    // A project plan is saved without a question, and a changed free drawing
-    // asks first; both come with the drawing canvas and the project save.
+    if (!app_.gPlanFileName.isEmpty()) {
+        // A project plan is saved with all its outputs without a question.
+        // NOT BUILT YET: this needs the project save (SaveProjectOutputs), so
+        // for now a project plan closes without being saved.
+    } else if (late::get(canvas1(), "Modified").toBool()) {
+        // A changed free drawing: Yes saves it under a name, No loses the changes.
+        const int answer =
+            app_.ui.msgBox(QStringLiteral("Your Drawings Has Changed, Do You Wish To Save Your Changes?"),
+                           mb::YesNo | mb::Question, AppTitle);
+        if (answer == mb::ResultYes)
+            raiseEvent(control(QStringLiteral("mnuFile_SaveAs")), QStringLiteral("Click"));
+    }
     ReleaseCanvasObjects();
     app_.CloseDatabase();
 }

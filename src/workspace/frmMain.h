@@ -3,10 +3,14 @@
 #include "core/forms/Form.h"
 
 #include <cstdint>
+#include <functional>
+#include <memory>
 
 namespace tessaly {
 
 class Application;
+class CanvasEventSink;
+class PortDialogHost;
 
 // The main window: the drawing workspace. It lives from the splash's timer
 // until the process ends; when it unloads, the process ends with it.
@@ -14,6 +18,7 @@ class frmMain final : public Form {
 public:
     static constexpr const char* FormName = "frmMain";
     explicit frmMain(Application& app);
+    ~frmMain() override;
 
     // State of the main window, named as Tessaly names it.
     int16_t DrawingMode = 3;
@@ -57,6 +62,43 @@ public:
     AutoPtr canvas1() const { return POLARDraw1.inner; }
     AutoPtr canvas2() const { return POLARDraw2.inner; }
 
+    // Applies a drawing scale given as its denominator ("50"): the scale box,
+    // the table's values and the guide lines. The one public method.
+    void SetScale(const QString& scale);
+    // Arms the canvas: tool, shape type and tool option (-1 leaves one as it is).
+    void SetDrawingTool(int32_t& tool, int32_t& shapeType, int32_t& toolOption);
+    // DrawingMode from the wall width box.
+    void SyncDrawingMode();
+    // True when something is selected; otherwise "Nothing selected!" and false.
+    bool RequireSelection();
+    // The name of a shape's type code, by the two tables; "" for index 0 and unknown codes.
+    QString ShapeTypeName(int32_t id);
+    // The wall colour: the background of the colour button.
+    unsigned wallColour() const;
+    // The tool text of status panel 2.
+    QString toolText() const { return SB1.panelText(2); }
+
+    // Shows a menu as a context menu at the pointer; the desktop view sets it.
+    std::function<void(const QString& menuName)> popupMenuHandler;
+    // How many times a context menu was asked for (the headless record of it).
+    int PopupMenuCount = 0;
+    // The colour that the colour dialog of cmdLineCol holds between two uses.
+    unsigned LineColourDialogValue = 0;
+
+    // Canvas event handlers of the main canvas, named after their events.
+    void POLARDraw1_MouseDown(int& button, int& shift, float& x, float& y);
+    void POLARDraw1_MouseMove(int& button, int& shift, float& x, float& y);
+    void POLARDraw1_MouseUp(int& button, int& shift, float& x, float& y);
+    void POLARDraw1_KeyDown(int& keyCode, int& shift);
+    void POLARDraw1_ShapeAdded(int a, int id);
+    void POLARDraw1_ShapeFinished(int a, int id);
+    void POLARDraw1_SelectionChanged(int id);
+    void POLARDraw1_SelectionCleared();
+    void POLARDraw1_ShapeChanged();
+    void POLARDraw1_FileError(const QString& text, bool& handled);
+    // The template canvas: a click on a symbol copies it to the main canvas.
+    void POLARDraw2_SelectionChanged(int id);
+
 private:
     void buildControls();
     void registerMembers();
@@ -66,7 +108,46 @@ private:
     void mnuEdit_CreateGuide_Click();
     void mnuHelp_Help_Click();
 
+    // Controls of the workspace (frmMainControls.cpp).
+    void buildWorkspaceControls();
+    void buildToolStrip();
+    void buildSideBar();
+    void buildWallInput();
+    void layoutSideBar();
+    void registerWorkspaceHandlers();
+    void registerWorkspaceRoutines();
+    void attachCanvases();
+    void registerCanvasHandlers();
+
+    // Tools (frmMainTools.cpp).
+    void cmdToolBarButton_Click(int index);
+    void armShape(int shapeType, const QString& status);
+    void drawMenuShape(int shapeType, const QString& status);
+    void setSideBarWidth(int width);
+    void openWallInput(const QString& status);
+    void cmdLineCol_Click();
+
+    // Canvas helpers (frmMainCanvas.cpp).
+    void pointerToPage(float x, float y, int32_t& px, int32_t& py);
+
+    // Walls, scale and dimension bars (frmMainWalls.cpp, frmMainScale.cpp).
+    void WallInputButton_Click(int index);
+    void createSectionWall();
+    void applyScaleRow(int value, bool fromScaleBox);
+    void cboScale_Click();
+    void layGuides(bool landscape);
+    void dimensionLabelStep();
+    void mnuEdit_AutoDimension_Click();
+
+    // Template pane and shape list (frmMainTemplates.cpp).
+    void fillTemplateList();
+    void loadFirstTemplates();
+    void cboTemplates_Click();
+    void mnuView_Shapes_Click();
+
     Application& app_;
+    std::unique_ptr<CanvasEventSink> canvas1Events_;
+    std::unique_ptr<CanvasEventSink> canvas2Events_;
 };
 
 } // namespace tessaly

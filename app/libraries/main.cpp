@@ -1,10 +1,11 @@
 // tessaly-libraries OUTDIR [--png]: writes every symbol library at every
 // scale, the blank drawings and the page templates into OUTDIR. With --png it
 // also renders each library at 1:50 and 1:100 (and each scale-free library)
-// into OUTDIR/png for review.
+// and the two page templates into OUTDIR/png for review.
 
 #include "canvas/api/POLARDraw.h"
 #include "core/runtime/RuntimeError.h"
+#include "templates/library/BlankDrawings.h"
 #include "templates/library/DrawingSet.h"
 #include "templates/library/LibraryDrawing.h"
 
@@ -35,6 +36,10 @@ void renderLibraries(const QString& folder) {
                 ->saveFile(QDir(folder).filePath(lib.fileName(scale) + QStringLiteral(".png")),
                            tessaly::canvas::save_format::Png);
     }
+    buildPageTemplate(false)->saveFile(QDir(folder).filePath(PortraitTemplateFile + QStringLiteral(".png")),
+                                       tessaly::canvas::save_format::Png);
+    buildPageTemplate(true)->saveFile(QDir(folder).filePath(LandscapeTemplateFile + QStringLiteral(".png")),
+                                      tessaly::canvas::save_format::Png);
 }
 
 } // namespace

@@ -73,7 +73,7 @@ void frmMyTemplates::buildLayout() {
     setSize(9600, 8400, 9480, 7920);
     lblTemplate.setCaption(QStringLiteral("Select a Template File"));
     lblTemplate.move(120, 120, 2400, 255);
-    cboTemplate.move(120, 420, 3600, 315);
+    cboTemplate.move(120, 420, 2700, 315);
     cboTemplate.setText(DefaultTemplate);
     cboTemplate.setToolTipText(QStringLiteral("Select a Template File"));
     struct Button {
@@ -92,12 +92,12 @@ void frmMyTemplates::buildLayout() {
          "Paste a selected object or drawing from this template and paste it on the main page"},
         {&cmdClose, "Close", "Close Templates"},
     };
-    int left = 3840;
+    int left = 2940;
     for (const Button& b : buttons) {
         b.c->setCaption(QString::fromLatin1(b.caption));
         if (b.tip)
             b.c->setToolTipText(QString::fromLatin1(b.tip));
-        const int width = b.c == &cmdPasteBack ? 1080 : 660;
+        const int width = b.c == &cmdPasteBack ? 1020 : 660;
         b.c->move(left, 390, width, 375);
         left += width + 60;
     }

@@ -45,12 +45,12 @@ void frmGuidelines::buildLayout() {
     for (Control* c : {&lblHorizontal, &txtHSG, &lblVertical, &txtVSG})
         c->setProp(QStringLiteral("Container"), QStringLiteral("Frame1"));
     lblHorizontal.setCaption(QStringLiteral("Horizontal:"));
-    lblHorizontal.move(180, 330, 900, 255);
-    txtHSG.move(1080, 300, 720, 315);
+    lblHorizontal.move(180, 330, 1020, 255);
+    txtHSG.move(1260, 300, 600, 315);
     txtHSG.setText(QStringLiteral("0"));
     lblVertical.setCaption(QStringLiteral("Vertical:"));
-    lblVertical.move(1980, 330, 840, 255);
-    txtVSG.move(2880, 300, 720, 315);
+    lblVertical.move(2040, 330, 840, 255);
+    txtVSG.move(2940, 300, 600, 315);
     txtVSG.setText(QStringLiteral("0"));
     cmdChooseColor.setCaption(QStringLiteral("Ch&oose color..."));
     cmdChooseColor.move(240, 2220, 1740, 375);

@@ -66,6 +66,7 @@ protected:
     QStringList showAndShoot(const char* formName) {
         Form& form = app->form(QString::fromLatin1(formName));
         ui::FormView view(form);
+        view.resize(view.initialSize());
         view.show();
         QApplication::processEvents();
         const QByteArray shots = qgetenv("TESSALY_SHOT_DIR");

@@ -26,6 +26,38 @@ bool locked(const ShapeData& s) {
 bool lineLike(int type) {
     return type == shape_type::Line || type == shape_type::Link || type == shape_type::DimensionBar;
 }
+
+bool turned(const ShapeData& s) {
+    return s.rotation != 0 && s.type != shape_type::Group;
+}
+
+// A turned shape turns about the centre of its box. An edit in the shape's
+// own unturned frame that moves that centre would swing everything the edit
+// left alone to a new place on the page; shifting the shape by that swing
+// keeps it where it was.
+void keepPlaceOnPage(ShapeData& s, const QPointF& oldCentre) {
+    if (!turned(s))
+        return;
+    const QPointF moved = s.box().center() - oldCentre;
+    const QPointF swing = moved - QTransform().rotate(s.rotation).map(moved);
+    geometry::translate(s, -swing.x(), -swing.y());
+}
+
+// Sizes a turned shape with the handles of the selection's upright box: its
+// centre follows the box, and each of its own sides stretches by the box's
+// scales taken along that side's direction. A quarter or half turn thus
+// follows the handles exactly, and no turn is lost.
+void stretchTurned(ShapeData& s, const QRectF& old, const QRectF& now, double sx, double sy) {
+    const double radians = s.rotation * M_PI / 180.0;
+    const double cos2 = std::cos(radians) * std::cos(radians);
+    const double sin2 = 1.0 - cos2;
+    const QPointF c = s.box().center();
+    const QPointF centre(now.left() + (c.x() - old.left()) * sx, now.top() + (c.y() - old.top()) * sy);
+    const double halfWidth = (s.right - s.left) / 2 * (cos2 * sx + sin2 * sy);
+    const double halfHeight = (s.bottom - s.top) / 2 * (sin2 * sx + cos2 * sy);
+    geometry::setEdges(s, centre.x() - halfWidth, centre.y() - halfHeight, centre.x() + halfWidth,
+                       centre.y() + halfHeight);
+}
 } // namespace
 
 void ToolController::setToolMode(int mode) {
@@ -317,16 +349,28 @@ void ToolController::updateFeedback(const QPointF& p) {
         }
         break;
     }
-    case Gesture::Resize:
+    case Gesture::Resize: {
+        // The shapes as the release will size them; a large selection shows the pointer's box.
+        const std::vector<int> ids = movableSelection();
+        const std::function<void(ShapeData&)> edit = resizeEdit(ids, p);
+        if (ids.size() > static_cast<size_t>(MaxGhosts)) {
+            feedback_.rubberBand = QRectF(start_, p).normalized();
+            break;
+        }
+        for (int id : ids) {
+            ShapeData g = *d.find(id);
+            edit(g);
+            feedback_.ghosts.push_back(std::move(g));
+        }
+        break;
+    }
     case Gesture::EditPoint:
+        // shown by the release's result; draw the outline of the pointer's box
+        feedback_.rubberBand = QRectF(start_, p).normalized();
+        break;
     case Gesture::Drag:
     case Gesture::Link:
-        if (gesture_ == Gesture::Resize || gesture_ == Gesture::EditPoint) {
-            // shown by the release's result; draw the outline of the pointer's box
-            feedback_.rubberBand = QRectF(start_, p).normalized();
-        } else {
-            feedback_.ghosts.push_back(dragShape(p));
-        }
+        feedback_.ghosts.push_back(dragShape(p));
         break;
     case Gesture::Points:
     case Gesture::Freehand:
@@ -337,6 +381,49 @@ void ToolController::updateFeedback(const QPointF& p) {
         break;
     }
     canvas_.requestRepaint();
+}
+
+// --- sizing by the handles ------------------------------------------------
+
+std::function<void(ShapeData&)> ToolController::resizeEdit(const std::vector<int>& ids,
+                                                           const QPointF& p) const {
+    const Drawing& d = canvas_.drawing();
+    const int handle = handle_;
+    if (ids.size() == 1 && lineLike(d.find(ids[0])->type) && handle < 2) {
+        // An end of a single line goes to the pointer; the other end stays.
+        return [handle, p](ShapeData& s) {
+            const QPointF local = geometry::rotation(s).inverted().map(p);
+            const QPointF centre = s.box().center();
+            if (handle == 0)
+                geometry::setLineEnds(s, local, geometry::lineEnd(s));
+            else
+                geometry::setLineEnds(s, geometry::lineStart(s), local);
+            keepPlaceOnPage(s, centre);
+        };
+    }
+    // The dragged side or corner of the selection's box goes to the pointer;
+    // every shape in it is scaled along.
+    const QRectF old = canvas_.boundsOf(ids);
+    double l = old.left(), t = old.top(), r = old.right(), b = old.bottom();
+    if (handle == 0 || handle == 6 || handle == 7)
+        l = p.x();
+    if (handle == 2 || handle == 3 || handle == 4)
+        r = p.x();
+    if (handle == 0 || handle == 1 || handle == 2)
+        t = p.y();
+    if (handle == 4 || handle == 5 || handle == 6)
+        b = p.y();
+    const double sx = old.width() != 0 ? (r - l) / old.width() : 1;
+    const double sy = old.height() != 0 ? (b - t) / old.height() : 1;
+    const QRectF now(QPointF(l, t), QPointF(r, b));
+    return [old, now, sx, sy](ShapeData& s) {
+        if (turned(s)) {
+            stretchTurned(s, old, now, sx, sy);
+            return;
+        }
+        geometry::setEdges(s, now.left() + (s.left - old.left()) * sx, now.top() + (s.top - old.top()) * sy,
+                           now.left() + (s.right - old.left()) * sx, now.top() + (s.bottom - old.top()) * sy);
+    };
 }
 
 // --- release -------------------------------------------------------------
@@ -351,7 +438,6 @@ void ToolController::release(int button, int, const QPointF& mm) {
             : mm;
     gesture_ = Gesture::None;
     feedback_ = {};
-    const Drawing& d = canvas_.drawing();
     switch (g) {
     case Gesture::Pending:
         break;
@@ -371,32 +457,7 @@ void ToolController::release(int button, int, const QPointF& mm) {
     }
     case Gesture::Resize: {
         const std::vector<int> ids = movableSelection();
-        if (ids.size() == 1 && lineLike(d.find(ids[0])->type) && handle_ < 2) {
-            canvas_.editShapes(ids, [&](ShapeData& s) {
-                const QPointF local = geometry::rotation(s).inverted().map(p);
-                if (handle_ == 0)
-                    geometry::setLineEnds(s, local, geometry::lineEnd(s));
-                else
-                    geometry::setLineEnds(s, geometry::lineStart(s), local);
-            });
-        } else {
-            const QRectF old = canvas_.boundsOf(ids);
-            double l = old.left(), t = old.top(), r = old.right(), b = old.bottom();
-            if (handle_ == 0 || handle_ == 6 || handle_ == 7)
-                l = p.x();
-            if (handle_ == 2 || handle_ == 3 || handle_ == 4)
-                r = p.x();
-            if (handle_ == 0 || handle_ == 1 || handle_ == 2)
-                t = p.y();
-            if (handle_ == 4 || handle_ == 5 || handle_ == 6)
-                b = p.y();
-            const double sx = old.width() != 0 ? (r - l) / old.width() : 1;
-            const double sy = old.height() != 0 ? (b - t) / old.height() : 1;
-            canvas_.editShapes(ids, [&](ShapeData& s) {
-                geometry::setEdges(s, l + (s.left - old.left()) * sx, t + (s.top - old.top()) * sy,
-                                   l + (s.right - old.left()) * sx, t + (s.bottom - old.top()) * sy);
-            });
-        }
+        canvas_.editShapes(ids, resizeEdit(ids, p));
         canvas_.raiseShapeChanged();
         break;
     }
@@ -420,7 +481,9 @@ void ToolController::release(int button, int, const QPointF& mm) {
             if (vertex_ < 0 || vertex_ >= static_cast<int>(pts.size()))
                 return;
             pts[static_cast<size_t>(vertex_)] = geometry::rotation(s).inverted().map(p);
+            const QPointF centre = s.box().center();
             geometry::setFreeformPoints(s, pts);
+            keepPlaceOnPage(s, centre);
         });
         canvas_.raiseShapeChanged();
         break;

@@ -4,6 +4,7 @@
 
 #include <QPointF>
 #include <QRectF>
+#include <functional>
 #include <vector>
 
 namespace tessaly::canvas {
@@ -102,6 +103,8 @@ private:
     void updateFeedback(const QPointF& p);
     ShapeData dragShape(const QPointF& p) const;
     ShapeData pointsShape(const std::vector<QPointF>& points) const;
+    // What dragging the held handle to `p` does to each of the shapes `ids`.
+    std::function<void(ShapeData&)> resizeEdit(const std::vector<int>& ids, const QPointF& p) const;
     QPointF snap(const QPointF& p) const;
     double tolerance() const;
     int handleAt(const QPointF& p) const;

@@ -4,6 +4,7 @@
 #                           shades, texture, every hatch with the plan
 #                           hatches), line styles and weights, arrow heads,
 #                           shadows and lenses.
+#   canvas-pattern-dialog.png  the pattern dialog with its hatch samples.
 #   canvas-main-window.png  the main window after drawing on its canvas with
 #                           the mouse: a wall rectangle, its right side
 #                           dragged out by a handle, and a text typed in place.

@@ -9,9 +9,13 @@
 #include "canvas/model/Geometry.h"
 #include "canvas/model/ShapeTypes.h"
 #include "ui/CanvasWidget.h"
+#include "ui/dialogs/PatternDialog.h"
 
 #include <QBuffer>
+#include <QDir>
+#include <QFileInfo>
 #include <QGuiApplication>
+#include <QListWidget>
 #include <QPainter>
 #include <QScreen>
 #include <set>
@@ -343,6 +347,24 @@ TEST(CanvasShowcase, EveryShapeTypeFillAndEffectShowsInTheWindow) {
         ASSERT_NE(screen, nullptr);
         const QPixmap shot = screen->grabWindow(0);
         ASSERT_TRUE(shot.save(QString::fromLocal8Bit(shotPath)));
+    }
+}
+
+TEST(CanvasShowcase, ThePatternDialogShowsEveryHatchApart) {
+    PatternDialog dialog(PatternOptions{hatch::Brick, Brick, Sand});
+    dialog.show();
+    testing::processPending();
+    // No two samples of the list are the same picture.
+    std::vector<QImage> samples;
+    for (int i = 0; i < dialog.hatchList()->count(); ++i)
+        samples.push_back(dialog.hatchList()->item(i)->icon().pixmap(48, 48).toImage());
+    for (size_t i = 0; i < samples.size(); ++i)
+        for (size_t j = i + 1; j < samples.size(); ++j)
+            EXPECT_NE(samples[i], samples[j]) << i << " and " << j;
+    const QByteArray shotPath = qgetenv("TESSALY_CANVAS_SCREENSHOT");
+    if (!shotPath.isEmpty()) {
+        const QFileInfo shot(QString::fromLocal8Bit(shotPath));
+        ASSERT_TRUE(dialog.grab().save(shot.dir().filePath(QStringLiteral("canvas-pattern-dialog.png"))));
     }
 }
 

@@ -31,8 +31,8 @@ PatternDialog::PatternDialog(const canvas::PatternOptions& options, QWidget* par
     hatches_->setIconSize(QSize(SampleSize, SampleSize));
     hatches_->setMovement(QListView::Static);
     hatches_->setResizeMode(QListView::Adjust);
-    hatches_->setGridSize(QSize(SampleSize + 60, SampleSize + 30));
-    hatches_->setMinimumSize(5 * (SampleSize + 64), 2 * (SampleSize + 36));
+    hatches_->setGridSize(QSize(SampleSize + 84, SampleSize + 30));
+    hatches_->setMinimumSize(5 * (SampleSize + 88), 2 * (SampleSize + 36));
     for (const QString& name : hatchNames())
         hatches_->addItem(new QListWidgetItem(name));
     hatches_->setCurrentRow(std::clamp(options.hatch, 0, canvas::hatch::Count - 1));

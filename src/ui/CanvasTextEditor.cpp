@@ -2,6 +2,8 @@
 
 #include <QFocusEvent>
 #include <QKeyEvent>
+#include <QTextDocument>
+#include <QTextOption>
 
 namespace tessaly::ui {
 
@@ -10,6 +12,10 @@ CanvasTextEditor::CanvasTextEditor(QWidget* parent) : QPlainTextEdit(parent) {
     setFrameStyle(QFrame::Box | QFrame::Plain);
     setLineWrapMode(QPlainTextEdit::WidgetWidth);
     setTabChangesFocus(true);
+    // Lines stand centred, as the canvas draws the text of a shape.
+    QTextOption option = document()->defaultTextOption();
+    option.setAlignment(Qt::AlignHCenter);
+    document()->setDefaultTextOption(option);
 }
 
 void CanvasTextEditor::keyPressEvent(QKeyEvent* event) {

@@ -34,6 +34,20 @@ QWidget#frmSplash QLabel#lblTagLine {
 QWidget#frmSplash QLabel#lblVersion {
     color: #8fb0d9;
 }
+QWidget#frmMain QWidget#SSActiveTabs1 QTabBar {
+    font-size: 7pt;
+}
+QWidget#frmMain QWidget#SSActiveTabs1 QTabBar::tab {
+    padding: 4px 2px;
+    border: 1px solid #a8a8a8;
+    border-bottom: none;
+    border-top-left-radius: 3px;
+    border-top-right-radius: 3px;
+    background: #e4e4e4;
+}
+QWidget#frmMain QWidget#SSActiveTabs1 QTabBar::tab:selected {
+    background: #f6f6f6;
+}
 )";
 } // namespace
 

@@ -346,6 +346,7 @@ void frmMain::Form_Resize() {
     attempt([&] { POLARDraw1.move(left, CanvasTop, scaleWidth() - left, scaleHeight() - CanvasHeightLess); });
     attempt([&] { POLARDraw2.move(PaneLeft, PaneTop, PaneWidth, scaleHeight() - PaneHeightLess); });
     attempt([&] { lstShapeList.move(PaneLeft, ListTop, ListWidth, scaleHeight() - PaneHeightLess); });
+    attempt([&] { centreTemplatePage(); });
 }
 
 void frmMain::Form_Unload() {

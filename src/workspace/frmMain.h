@@ -114,6 +114,7 @@ private:
     void buildSideBar();
     void buildWallInput();
     void layoutSideBar();
+    void centreTemplatePage();
     void registerWorkspaceHandlers();
     void registerWorkspaceRoutines();
     void attachCanvases();

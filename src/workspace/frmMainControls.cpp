@@ -3,6 +3,7 @@
 // panel and the hidden text store, laid out in twips.
 #include "frmMain.h"
 
+#include "LateBound.h"
 #include "ToolStrip.h"
 #include "core/forms/Control.h"
 
@@ -27,8 +28,8 @@ constexpr int SideButtonsPerRow = 5; // drawing tool buttons in one row
 constexpr int RowHeight = 315;       // a combo box or a read-out line
 constexpr int ReadOutCaption = 1350; // width of a read-out's caption
 constexpr int ReadOutValue = 1095;   // width of a read-out's value
-constexpr int WallPanelLeft = 1200;  // the wall input panel over the canvas
-constexpr int WallPanelTop = 900;
+constexpr int WallPanelLeft = 4400;  // the wall input panel over the canvas, near its top left
+constexpr int WallPanelTop = 1200;
 constexpr int WallPanelWidth = 2700;
 constexpr int WallPanelHeight = 3210;
 constexpr int ShadowOffset = 90; // the panel's shadow lies this far down and right
@@ -222,6 +223,11 @@ void frmMain::layoutSideBar() {
         control(QStringLiteral("SSActiveTabPanel%1").arg(tab))
             .move(0, TabHeader, width, std::max(0, height - TabHeader));
     control(StripName).move(width, 0, std::max(0, scaleWidth() - width), StripHeight);
+}
+
+void frmMain::centreTemplatePage() {
+    // The template canvas shows its page in the middle of the tab area.
+    late::call(late::object(canvas2(), "Views"), "CenterPage");
 }
 
 } // namespace tessaly

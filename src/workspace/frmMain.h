@@ -78,9 +78,7 @@ public:
     // The tool text of status panel 2.
     QString toolText() const { return SB1.panelText(2); }
 
-    // Shows a menu as a context menu at the pointer; the desktop view sets it.
-    std::function<void(const QString& menuName)> popupMenuHandler;
-    // How many times a context menu was asked for (the headless record of it).
+    // How many times the context menu was asked for (the headless record of it).
     int PopupMenuCount = 0;
     // The colour that the colour dialog of cmdLineCol holds between two uses.
     unsigned LineColourDialogValue = 0;

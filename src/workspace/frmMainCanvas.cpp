@@ -107,8 +107,8 @@ void frmMain::POLARDraw1_MouseMove(int&, int&, float& x, float& y) {
 void frmMain::POLARDraw1_MouseUp(int& button, int&, float&, float&) {
     if (button == RightButton) {
         ++PopupMenuCount;
-        if (popupMenuHandler)
-            popupMenuHandler(QStringLiteral("mnuPopup"));
+        if (onPopupMenu)
+            onPopupMenu(QStringLiteral("mnuPopup"));
     } else if (toolText() == QLatin1String("Dimension Bar")) {
         dimensionLabelStep();
     }

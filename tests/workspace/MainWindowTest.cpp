@@ -156,5 +156,20 @@ TEST_F(MainWindow, TheMainCanvasesUseThePortForTheirDialogs) {
               (QStringList{QStringLiteral("dialog:ShadowDialog"), QStringLiteral("dialog:PageSetup")}));
 }
 
+TEST_F(MainWindow, TheRightButtonBringsTheContextMenu) {
+    QStringList shown;
+    main->onPopupMenu = [&shown](const QString& menu) { shown << menu; };
+    main->MouseIsDown = true;
+    engine().mousePress(2, 0, 100, 100);
+    engine().mouseRelease(2, 0, 100, 100);
+    EXPECT_EQ(shown, QStringList{QStringLiteral("mnuPopup")});
+    EXPECT_FALSE(main->MouseIsDown);
+    EXPECT_EQ(main->PopupMenuCount, 1);
+    // The left button brings no menu.
+    engine().mousePress(1, 0, 100, 100);
+    engine().mouseRelease(1, 0, 100, 100);
+    EXPECT_EQ(shown.size(), 1);
+}
+
 } // namespace
 } // namespace tessaly

@@ -90,6 +90,9 @@ public:
     QStringList memberNames() const override;
 
     std::function<void(const QString&)> onChanged; // caption, size, visibility for the view
+    // Shows a menu of this form as a context menu at the pointer (the
+    // platform's PopupMenu); the view sets it.
+    std::function<void(const QString& menuName)> onPopupMenu;
 
 private:
     static QString key(const QString& name) { return name.toLower(); }

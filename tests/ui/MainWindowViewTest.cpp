@@ -1,6 +1,10 @@
 // The main window's view: its menu bar, pop-up menu, status bar, canvas
 // placeholders and layout, each checked against the frmMain model.
 #include "UiTestSupport.h"
+#include "canvas/api/POLARDraw.h"
+#include "core/install/Installer.h"
+#include "templates/Drawings.h"
+#include "ui/CanvasWidget.h"
 #include "ui/FormView.h"
 #include "workspace/Application.h"
 
@@ -21,11 +25,19 @@ using testing::TempHome;
 class MainWindowView : public ::testing::Test {
 protected:
     TempHome home;
+    // The home as the install step lays it out, libraries included.
+    bool installed = (install(home.home()), installDrawings(home.home()), true);
     ScriptedUiPort port;
     RecordingWaiter waiter;
     Application app{port, waiter, home.home()};
-    Form& main = app.form(QStringLiteral("frmMain"));
+    Form& main = loadMain();
     FormView view{main};
+
+    // The main window loads with the template folder the settings name.
+    Form& loadMain() {
+        app.gTemplateFolder = home.home().templateDir() + QLatin1Char('/');
+        return app.form(QStringLiteral("frmMain"));
+    }
 
     std::vector<Control*> menuEntries() const {
         std::vector<Control*> entries;
@@ -170,12 +182,13 @@ TEST_F(MainWindowView, SideTabsShowTheirCaptions) {
     EXPECT_EQ(tabs->currentIndex(), 0);
 }
 
-TEST_F(MainWindowView, CanvasesAreWhitePlaceholders) {
-    QWidget* canvas = view.widgetFor(main.control(QStringLiteral("POLARDraw1")));
-    ASSERT_NE(canvas, nullptr);
-    EXPECT_EQ(canvas->property("placeholder").toString(), QStringLiteral("Canvas"));
-    EXPECT_EQ(canvas->palette().color(QPalette::Window), QColor(Qt::white));
-    EXPECT_TRUE(canvas->autoFillBackground());
+TEST_F(MainWindowView, BothCanvasesAreDrawingWidgetsOfTheirEngines) {
+    for (const char* name : {"POLARDraw1", "POLARDraw2"}) {
+        Control& control = main.control(QString::fromLatin1(name));
+        auto* canvas = qobject_cast<CanvasWidget*>(view.widgetFor(control));
+        ASSERT_NE(canvas, nullptr) << name;
+        EXPECT_EQ(static_cast<AutoObject*>(&canvas->canvas()), control.inner.get()) << name;
+    }
 }
 
 TEST_F(MainWindowView, BackupTimerRunsEverySecondOnceLoaded) {

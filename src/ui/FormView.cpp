@@ -5,9 +5,12 @@
 #include "core/forms/ApplicationBase.h"
 #include "core/forms/Form.h"
 
+#include <QAbstractButton>
 #include <QCloseEvent>
+#include <QCursor>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
 #include <QTimer>
@@ -86,6 +89,11 @@ void FormView::build() {
 
     setWindowTitle(form_->caption());
     form_->onChanged = [this](const QString& p) { formChanged(p); };
+    // The form's PopupMenu: the menu opens at the pointer.
+    form_->onPopupMenu = [this](const QString& menuName) {
+        if (QMenu* menu = popupMenu(menuName))
+            menu->popup(QCursor::pos());
+    };
 }
 
 void FormView::bindControl(Control& c) {
@@ -149,6 +157,7 @@ void FormView::detach() {
     for (const ControlPtr& c : form_->controls())
         c->onChanged = nullptr;
     form_->onChanged = nullptr;
+    form_->onPopupMenu = nullptr;
     for (auto& [control, made] : widgets_)
         if (auto* timer = qobject_cast<QTimer*>(made.object))
             timer->stop();
@@ -230,6 +239,10 @@ void FormView::applyColours(const Control& c, QWidget* w) {
         for (const auto role : {QPalette::Window, QPalette::Base, QPalette::Button})
             palette.setColor(role, back);
         w->setAutoFillBackground(true);
+        // The skin's button style would paint over the palette: a coloured
+        // button (the wall colour) carries its colour in its own style.
+        if (qobject_cast<QAbstractButton*>(w) && c.kind() == ControlKind::CommandButton)
+            w->setStyleSheet(QStringLiteral("QPushButton { background-color: %1; }").arg(back.name()));
         changed = true;
     }
     const unsigned fore = c.prop(QStringLiteral("ForeColor")).toUInt();

@@ -228,7 +228,7 @@ TEST_F(Fixture, GroupUngroupConvertAndDelete) {
 TEST_F(Fixture, AddTextAndAddPicture) {
     call(shapes, "AddText", {"2350", 10, 8, 30, 17});
     AutoPtr t = obj(shapes, "Item", {1});
-    EXPECT_EQ(get(t, "Type").toInt(), 136);
+    EXPECT_EQ(get(t, "Type").toInt(), 202);
     EXPECT_EQ(get(obj(t, "Text"), "").toString(), "2350");
     EXPECT_EQ(obj(t, "Text")->printValue()->toString(), "2350");
     auto picture = std::make_shared<PictureObject>(CanvasPicture::fromData(pngBytes(8, 6)));

@@ -156,6 +156,14 @@ TEST_F(MainWindow, TheMainCanvasesUseThePortForTheirDialogs) {
               (QStringList{QStringLiteral("dialog:ShadowDialog"), QStringLiteral("dialog:PageSetup")}));
 }
 
+TEST_F(MainWindow, TheMyTemplatesCanvasUsesThePortForItsDialogs) {
+    Form& templates = app->form(QStringLiteral("frmMyTemplates"));
+    QVariantList none;
+    events.clear();
+    templates.control(QStringLiteral("PD1")).inner->call(QStringLiteral("ShowPageSetup"), none);
+    EXPECT_EQ(events, QStringList{QStringLiteral("dialog:PageSetup")});
+}
+
 TEST_F(MainWindow, TheRightButtonBringsTheContextMenu) {
     QStringList shown;
     main->onPopupMenu = [&shown](const QString& menu) { shown << menu; };

@@ -266,7 +266,7 @@ const Members<ShapeList>& ShapeList::members() {
         });
         m.method("AddText", [](ShapeList& l, QVariantList& a) {
             POLARDraw& c = l.canvas();
-            c.addShapeMm(shape_type::PlainText, boxFromUnits(c, a, 1), vb::toText(arg(a, 0)));
+            c.addShapeMm(shape_type::TextBox, boxFromUnits(c, a, 1), vb::toText(arg(a, 0)));
             return QVariant();
         });
         m.method("AddPicture", [](ShapeList& l, QVariantList& a) {

@@ -6,6 +6,7 @@
 #include "core/db/Recordset.h"
 #include "core/files/FileSystem.h"
 #include "workspace/Application.h"
+#include "workspace/PortDialogHost.h"
 #include "workspace/commands/CommandSupport.h"
 #include "workspace/frmMain.h"
 
@@ -43,6 +44,9 @@ frmMyTemplates::frmMyTemplates(Application& app)
       PD1(add(ControlKind::Canvas, QStringLiteral("PD1"))), app_(app) {
     auto engine = canvas::POLARDraw::create();
     engine->addEventSink(this);
+    // The canvas's own dialogs go through the UI port until the desktop view
+    // gives the canvas its own.
+    engine->setDialogHost(app.canvasDialogs.get());
     PD1.inner = engine;
     buildLayout();
     registerMembers();

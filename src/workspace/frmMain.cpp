@@ -23,6 +23,7 @@ constexpr int16_t ZoomOtherwise = 90; // page zoom on every other screen
 // Layout offsets of the resize, in twips.
 constexpr int CanvasGap = 20, CanvasTop = 495, CanvasHeightLess = 820;
 constexpr int PaneLeft = 15, PaneTop = 705, PaneWidth = 2475, PaneHeightLess = 1240;
+constexpr int TabAreaHeightLess = 1810; // the template canvas in the tab area: the tabs' height less this
 constexpr int ListTop = 360, ListWidth = 2470;
 
 const QString YesText = QStringLiteral("True");
@@ -341,12 +342,27 @@ void frmMain::Form_Resize() {
         } catch (const RuntimeError&) {
         }
     };
+    // The side bar is laid out first, as an aligned control is before the
+    // window's resize handler runs; its tab area's layout comes with it.
     layoutSideBar();
-    const int left = SSActiveTabs1.geometry().width() + CanvasGap;
-    attempt([&] { POLARDraw1.move(left, CanvasTop, scaleWidth() - left, scaleHeight() - CanvasHeightLess); });
+    attempt([&] { moveMainCanvas(); });
     attempt([&] { POLARDraw2.move(PaneLeft, PaneTop, PaneWidth, scaleHeight() - PaneHeightLess); });
     attempt([&] { lstShapeList.move(PaneLeft, ListTop, ListWidth, scaleHeight() - PaneHeightLess); });
     attempt([&] { centreTemplatePage(); });
+}
+
+void frmMain::moveMainCanvas() {
+    const int left = SSActiveTabs1.geometry().width() + CanvasGap;
+    POLARDraw1.move(left, CanvasTop, scaleWidth() - left, scaleHeight() - CanvasHeightLess);
+}
+
+void frmMain::SSActiveTabs1_Layout() {
+    // A tab area too small for the canvas is passed over, as a failed move is.
+    try {
+        POLARDraw2.move(PaneLeft, PaneTop, PaneWidth, SSActiveTabs1.geometry().height() - TabAreaHeightLess);
+    } catch (const RuntimeError&) {
+    }
+    centreTemplatePage();
 }
 
 void frmMain::Form_Unload() {

@@ -113,6 +113,10 @@ private:
     void buildWallInput();
     void layoutSideBar();
     void centreTemplatePage();
+    // The tab area's own layout: the template canvas fills it.
+    void SSActiveTabs1_Layout();
+    // Step 1 of the resize: the main canvas beside the side bar.
+    void moveMainCanvas();
     void registerWorkspaceHandlers();
     void registerWorkspaceRoutines();
     void attachCanvases();

@@ -223,6 +223,7 @@ void frmMain::layoutSideBar() {
         control(QStringLiteral("SSActiveTabPanel%1").arg(tab))
             .move(0, TabHeader, width, std::max(0, height - TabHeader));
     control(StripName).move(width, 0, std::max(0, scaleWidth() - width), StripHeight);
+    SSActiveTabs1_Layout();
 }
 
 void frmMain::centreTemplatePage() {

@@ -100,7 +100,13 @@ void frmMain::openWallInput(const QString& status) {
 
 void frmMain::setSideBarWidth(int width) {
     SSActiveTabs1.move(0, 0, width, SSActiveTabs1.geometry().height());
-    Form_Resize();
+    layoutSideBar();
+    // The main canvas moves as the resize's first step does; the template
+    // canvas keeps the height the tab area's layout gave it.
+    try {
+        moveMainCanvas();
+    } catch (const RuntimeError&) {
+    }
     late::call(app_.gViewList, "CenterPage");
     late::call(app_.gViewList, "FitTo", {0});
 }

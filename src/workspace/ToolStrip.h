@@ -4,14 +4,14 @@ namespace tessaly {
 
 // One button of the tool strip cmdToolBarButton: its index, tool tip and the
 // icon it shows (a resource of the program).
-struct ToolButtonSpec {
+struct ToolButtonEntry {
     int index;
     const char* toolTip;
     const char* icon;
 };
 
 // The 37 buttons, indices 0 to 33, 36, 37 and 38 (34 and 35 do not exist).
-inline constexpr ToolButtonSpec ToolButtons[] = {
+inline constexpr ToolButtonEntry ToolButtons[] = {
     {0, "Copy", "copy"},
     {1, "Cut", "cut"},
     {2, "Paste", "paste"},

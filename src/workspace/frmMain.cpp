@@ -6,8 +6,10 @@
 #include "PortDialogHost.h"
 #include "canvas/api/POLARDraw.h"
 #include "core/common/CommonRoutines.h"
+#include "core/runtime/ResumeNext.h"
 #include "core/runtime/Vb.h"
 #include "workspace/Application.h"
+#include "workspace/LateBound.h"
 #include "workspace/commands/Commands.h"
 
 #include <functional>
@@ -61,15 +63,6 @@ constexpr int FirstGuidesBottom = 210; // the first horizontal guides run from 0
 constexpr int FirstGuidesRight = 290;  // the first vertical guides run from 0 to here
 constexpr int HighlightRed = 255;      // highlight colours of the main canvas: pure red
 
-QVariant readMember(const AutoPtr& o, const char* name) {
-    return o->get(QString::fromLatin1(name));
-}
-void writeMember(const AutoPtr& o, const char* name, const QVariant& v) {
-    o->set(QString::fromLatin1(name), v);
-}
-QVariant invoke(const AutoPtr& o, const char* name, QVariantList args = {}) {
-    return o->call(QString::fromLatin1(name), args);
-}
 } // namespace
 
 frmMain::frmMain(Application& app)
@@ -240,9 +233,9 @@ void frmMain::Form_Load() {
         PageIsLandscape = true;
         DrawingMode = 3;
         // 6.
-        writeMember(canvas1(), "HighlightEnabled", true);
-        writeMember(canvas1(), "HighlightColour", HighlightRed);
-        writeMember(canvas1(), "HighlightAltColour", HighlightRed);
+        late::set(canvas1(), "HighlightEnabled", true);
+        late::set(canvas1(), "HighlightColour", HighlightRed);
+        late::set(canvas1(), "HighlightAltColour", HighlightRed);
         // 7. The guide-per-click option, from the per-user store.
         CreateGuidePerClick = app_.userSettings.read(UserSection, QStringLiteral("CreateGuide"),
                                                      QStringLiteral("False")) == YesText;
@@ -258,7 +251,7 @@ void frmMain::Form_Load() {
         // 11.
         cboTemplates.setText(QStringLiteral("Please Select>>"));
         // 12.
-        writeMember(canvas1(), "Modified", false);
+        late::set(canvas1(), "Modified", false);
         // 13.
         AskForDimensions = true;
         // 14.
@@ -277,8 +270,8 @@ void frmMain::Form_Load() {
 void frmMain::Form_Activate() {
     // A change made just before the user switched away counts as unmodified.
     if (app_.gViewList)
-        invoke(app_.gViewList, "CenterPage");
-    writeMember(canvas1(), "Modified", false);
+        late::call(app_.gViewList, "CenterPage");
+    late::set(canvas1(), "Modified", false);
 }
 
 void frmMain::BuildShapeTypeTables() {
@@ -289,38 +282,38 @@ void frmMain::BuildShapeTypeTables() {
 }
 
 void frmMain::BindCanvasObjects() {
-    app_.gPage = toObject(readMember(canvas1(), "Page"));
-    app_.gViewList = toObject(readMember(canvas1(), "Views"));
-    app_.gView = toObject(readMember(app_.gViewList, "Item"));
-    app_.gShapeList = toObject(readMember(app_.gPage, "Shapes"));
-    app_.gSelection = toObject(readMember(app_.gPage, "Selection"));
+    app_.gPage = late::object(canvas1(), "Page");
+    app_.gViewList = late::object(canvas1(), "Views");
+    app_.gView = late::object(app_.gViewList, "Item");
+    app_.gShapeList = late::object(app_.gPage, "Shapes");
+    app_.gSelection = late::object(app_.gPage, "Selection");
 }
 
 void frmMain::InitCanvas() {
     const AutoPtr& view = app_.gView;
-    writeMember(view, "ToolMode", SelectTool);
-    writeMember(view, "DefaultToolMode", SelectTool);
+    late::set(view, "ToolMode", SelectTool);
+    late::set(view, "DefaultToolMode", SelectTool);
     for (const char* flag : {"ShowFlagA", "ShowFlagB", "ShowFlagC", "ShowFlagD"})
-        writeMember(view, flag, true);
-    writeMember(view, "ShowGrid", false);
-    writeMember(view, "ShowGuides", true);
-    writeMember(view, "SnapToGrid", false);
-    writeMember(view, "SnapToGuides", false);
-    writeMember(view, "Zoom", static_cast<int>(app_.gDefaultPageZoom));
-    invoke(app_.gViewList, "CenterPage");
-    const AutoPtr options = toObject(readMember(view, "Options"));
-    writeMember(options, "MeasurementUnits", 1);
-    writeMember(options, "AllowErrorReporting", true);
-    app_.gHGuides = toObject(readMember(app_.gPage, "HorizontalGuides"));
-    app_.gVGuides = toObject(readMember(app_.gPage, "VerticalGuides"));
-    writeMember(app_.gPage, "GuideColour", GuideColour);
+        late::set(view, flag, true);
+    late::set(view, "ShowGrid", false);
+    late::set(view, "ShowGuides", true);
+    late::set(view, "SnapToGrid", false);
+    late::set(view, "SnapToGuides", false);
+    late::set(view, "Zoom", static_cast<int>(app_.gDefaultPageZoom));
+    late::call(app_.gViewList, "CenterPage");
+    const AutoPtr options = late::object(view, "Options");
+    late::set(options, "MeasurementUnits", 1);
+    late::set(options, "AllowErrorReporting", true);
+    app_.gHGuides = late::object(app_.gPage, "HorizontalGuides");
+    app_.gVGuides = late::object(app_.gPage, "VerticalGuides");
+    late::set(app_.gPage, "GuideColour", GuideColour);
     // The first guide lines, every grid step within the landscape page.
     const int step = app_.gGridStep;
     for (int y = 0; step > 0 && y <= FirstGuidesBottom; y += step)
-        invoke(app_.gHGuides, "Add", {y});
+        late::call(app_.gHGuides, "Add", {y});
     for (int x = 0; step > 0 && x <= FirstGuidesRight; x += step)
-        invoke(app_.gVGuides, "Add", {x});
-    writeMember(app_.gPage, "Landscape", true);
+        late::call(app_.gVGuides, "Add", {x});
+    late::set(app_.gPage, "Landscape", true);
     BuildShapeTypeTables();
 }
 
@@ -336,19 +329,13 @@ void frmMain::ReleaseCanvasObjects() {
 
 void frmMain::Form_Resize() {
     // Each move in turn; a failed move is passed over.
-    auto attempt = [](const std::function<void()>& step) {
-        try {
-            step();
-        } catch (const RuntimeError&) {
-        }
-    };
     // The side bar is laid out first, as an aligned control is before the
     // window's resize handler runs; its tab area's layout comes with it.
     layoutSideBar();
-    attempt([&] { moveMainCanvas(); });
-    attempt([&] { POLARDraw2.move(PaneLeft, PaneTop, PaneWidth, scaleHeight() - PaneHeightLess); });
-    attempt([&] { lstShapeList.move(PaneLeft, ListTop, ListWidth, scaleHeight() - PaneHeightLess); });
-    attempt([&] { centreTemplatePage(); });
+    resumeNext([&] { moveMainCanvas(); });
+    resumeNext([&] { POLARDraw2.move(PaneLeft, PaneTop, PaneWidth, scaleHeight() - PaneHeightLess); });
+    resumeNext([&] { lstShapeList.move(PaneLeft, ListTop, ListWidth, scaleHeight() - PaneHeightLess); });
+    resumeNext([&] { centreTemplatePage(); });
 }
 
 void frmMain::moveMainCanvas() {
@@ -358,10 +345,9 @@ void frmMain::moveMainCanvas() {
 
 void frmMain::SSActiveTabs1_Layout() {
     // A tab area too small for the canvas is passed over, as a failed move is.
-    try {
+    resumeNext([&] {
         POLARDraw2.move(PaneLeft, PaneTop, PaneWidth, SSActiveTabs1.geometry().height() - TabAreaHeightLess);
-    } catch (const RuntimeError&) {
-    }
+    });
     centreTemplatePage();
 }
 

@@ -7,6 +7,7 @@
 #include "LateBound.h"
 #include "PortDialogHost.h"
 #include "canvas/api/POLARDraw.h"
+#include "core/runtime/ResumeNext.h"
 #include "core/runtime/Vb.h"
 #include "workspace/Application.h"
 
@@ -227,13 +228,7 @@ void frmMain::POLARDraw1_SelectionChanged(int id) {
 
 void frmMain::POLARDraw1_ShapeChanged() {
     // Each step in turn; a failed step leaves the values it would have changed.
-    auto attempt = [](const std::function<void()>& step) {
-        try {
-            step();
-        } catch (const RuntimeError&) {
-        }
-    };
-    attempt([&] {
+    resumeNext([&] {
         const AutoPtr range = late::object(app_.gSelection, "Range");
         if (!range)
             raiseError(err::ObjectRequired, QStringLiteral("Object required"));
@@ -244,13 +239,13 @@ void frmMain::POLARDraw1_ShapeChanged() {
         SelRight = vb::toInt32(bounds.value(2));
         SelBottom = vb::toInt32(bounds.value(3));
     });
-    attempt([&] { SelWidth = minus(SelRight, SelLeft); });
-    attempt([&] { SelHeight = minus(SelBottom, SelTop); });
-    attempt([&] { ShapeIsSelected = true; });
-    attempt([&] {
+    resumeNext([&] { SelWidth = minus(SelRight, SelLeft); });
+    resumeNext([&] { SelHeight = minus(SelBottom, SelTop); });
+    resumeNext([&] { ShapeIsSelected = true; });
+    resumeNext([&] {
         control(QStringLiteral("lblObjectHeight")).setCaption(QString::number(times(ScaleValue, SelHeight)));
     });
-    attempt([&] {
+    resumeNext([&] {
         control(QStringLiteral("lblObjectLen")).setCaption(QString::number(times(ScaleValue, SelWidth)));
     });
 }

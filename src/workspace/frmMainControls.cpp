@@ -69,10 +69,10 @@ void frmMain::buildWorkspaceControls() {
 void frmMain::buildToolStrip() {
     Control& strip = add(ControlKind::PictureBox, StripName);
     strip.move(SideBarWide, 0, 0, StripHeight);
-    for (const ToolButtonSpec& spec : ToolButtons) {
-        Control& b = add(ControlKind::CommandButton, QStringLiteral("cmdToolBarButton"), spec.index);
-        b.setToolTipText(QString::fromLatin1(spec.toolTip));
-        b.setProp(QStringLiteral("Picture"), iconPath(spec.icon));
+    for (const ToolButtonEntry& button : ToolButtons) {
+        Control& b = add(ControlKind::CommandButton, QStringLiteral("cmdToolBarButton"), button.index);
+        b.setToolTipText(QString::fromLatin1(button.toolTip));
+        b.setProp(QStringLiteral("Picture"), iconPath(button.icon));
     }
     int left = StripGap;
     for (int index : TopStripOrder) {

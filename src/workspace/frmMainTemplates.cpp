@@ -4,6 +4,7 @@
 
 #include "LateBound.h"
 #include "core/files/FileSystem.h"
+#include "core/runtime/ResumeNext.h"
 #include "core/runtime/Vb.h"
 #include "workspace/Application.h"
 
@@ -70,11 +71,8 @@ void frmMain::cboTemplates_Click() {
     // Every step runs; the last error seen decides the message at the end.
     int lastError = 0;
     auto attempt = [&lastError](const std::function<void()>& step) {
-        try {
-            step();
-        } catch (const RuntimeError& e) {
-            lastError = e.number();
-        }
+        if (const int number = resumeNext(step))
+            lastError = number;
     };
     const int item = cboTemplates.listIndex();
     const bool known = item >= 0 && item < LibraryCount;

@@ -3,7 +3,9 @@
 #include "frmMain.h"
 
 #include "LateBound.h"
+#include "core/runtime/ResumeNext.h"
 #include "workspace/Application.h"
+#include "workspace/commands/CommandSupport.h"
 
 namespace tessaly {
 
@@ -67,11 +69,7 @@ void frmMain::SyncDrawingMode() {
 }
 
 bool frmMain::RequireSelection() {
-    const AutoPtr range = late::object(app_.gSelection, "Range");
-    if (range && late::get(range, "Count").toInt() >= 1)
-        return true;
-    app_.ui.msgBox(QStringLiteral("Nothing selected!"), mb::Exclamation, QStringLiteral("Warning"));
-    return false;
+    return commands::RequireSelection(app_);
 }
 
 unsigned frmMain::wallColour() const {
@@ -103,10 +101,7 @@ void frmMain::setSideBarWidth(int width) {
     layoutSideBar();
     // The main canvas moves as the resize's first step does; the template
     // canvas keeps the height the tab area's layout gave it.
-    try {
-        moveMainCanvas();
-    } catch (const RuntimeError&) {
-    }
+    resumeNext([&] { moveMainCanvas(); });
     late::call(app_.gViewList, "CenterPage");
     late::call(app_.gViewList, "FitTo", {0});
 }

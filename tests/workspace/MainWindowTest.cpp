@@ -3,6 +3,7 @@
 #include "core/port/ScriptedUiPort.h"
 #include "core/runtime/Waiter.h"
 #include "workspace/Application.h"
+#include "workspace/LateBound.h"
 #include "workspace/PortDialogHost.h"
 #include "workspace/ToolStrip.h"
 #include "workspace/frmMain.h"
@@ -64,10 +65,10 @@ TEST_F(MainWindow, ToolStripHasItsThirtySevenButtonsWithout34And35) {
 
 TEST_F(MainWindow, EveryButtonShowsAnSvgIconOfTheProgram) {
     QStringList icons;
-    for (const ToolButtonSpec& spec : ToolButtons) {
-        const Control& b = main->control(QStringLiteral("cmdToolBarButton"), spec.index);
+    for (const ToolButtonEntry& entry : ToolButtons) {
+        const Control& b = main->control(QStringLiteral("cmdToolBarButton"), entry.index);
         const QString picture = b.prop(QStringLiteral("Picture")).toString();
-        ASSERT_TRUE(picture.startsWith(QLatin1String(":/icons/"))) << spec.index;
+        ASSERT_TRUE(picture.startsWith(QLatin1String(":/icons/"))) << entry.index;
         QFile file(picture);
         ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << picture.toStdString();
         QXmlStreamReader xml(&file);
@@ -162,6 +163,18 @@ TEST_F(MainWindow, TheMyTemplatesCanvasUsesThePortForItsDialogs) {
     events.clear();
     templates.control(QStringLiteral("PD1")).inner->call(QStringLiteral("ShowPageSetup"), none);
     EXPECT_EQ(events, QStringList{QStringLiteral("dialog:PageSetup")});
+}
+
+TEST(LateBound, AMemberOfNothingIsRunTimeError424) {
+    const AutoPtr nothing;
+    try {
+        late::get(nothing, "Count");
+        FAIL() << "no error";
+    } catch (const RuntimeError& e) {
+        EXPECT_EQ(e.number(), err::ObjectRequired);
+    }
+    EXPECT_THROW(late::call(nothing, "SelectAll"), RuntimeError);
+    EXPECT_THROW(late::set(nothing, "Zoom", 50), RuntimeError);
 }
 
 TEST_F(MainWindow, TheRightButtonBringsTheContextMenu) {

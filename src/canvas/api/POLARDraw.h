@@ -283,6 +283,9 @@ private:
     void reportWriteError(const QString& text, int code);
     void pruneSelection();
     std::vector<int> selectionOrRaise() const;
+    // The style of the first selected shape, which a dialog of the canvas
+    // starts from; raises when nothing is selected or there is no host.
+    ShapeStyle styleForDialog() const;
     void copyToSystemClipboard() const;
 
     Document doc_;

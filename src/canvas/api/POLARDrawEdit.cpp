@@ -552,57 +552,56 @@ void needHost(CanvasDialogHost* host) {
 }
 } // namespace
 
-void POLARDraw::showLineDialog() {
-    const ShapeStyle st = shapeOrRaise(selectionOrRaise().front())->st();
+ShapeStyle POLARDraw::styleForDialog() const {
+    const ShapeStyle style = shapeOrRaise(selectionOrRaise().front())->st();
     needHost(dialogHost_);
+    return style;
+}
+
+void POLARDraw::showLineDialog() {
+    const ShapeStyle st = styleForDialog();
     LineOptions o{st.line.style, st.line.colour, st.line.weight};
     if (dialogHost_->editLine(o))
         applyLineOptions(o.style, o.colour, o.weight);
 }
 
 void POLARDraw::showArrowsDialog() {
-    const ShapeStyle st = shapeOrRaise(selectionOrRaise().front())->st();
-    needHost(dialogHost_);
+    const ShapeStyle st = styleForDialog();
     ArrowOptions o{st.line.arrowStart, st.line.arrowEnd, st.line.arrowSize};
     if (dialogHost_->editArrows(o))
         applyArrows(o.start, o.end, o.size);
 }
 
 void POLARDraw::showShadeDialog() {
-    const ShapeStyle st = shapeOrRaise(selectionOrRaise().front())->st();
-    needHost(dialogHost_);
+    const ShapeStyle st = styleForDialog();
     ShadeOptions o{st.fill.colour, st.fill.backColour, st.fill.shade};
     if (dialogHost_->editShade(o))
         applyShade(o.from, o.to, o.direction);
 }
 
 void POLARDraw::showPatternDialog() {
-    const ShapeStyle st = shapeOrRaise(selectionOrRaise().front())->st();
-    needHost(dialogHost_);
+    const ShapeStyle st = styleForDialog();
     PatternOptions o{st.fill.hatch, st.fill.colour, st.fill.backColour};
     if (dialogHost_->editPattern(o))
         applyPattern(o.hatch, o.fore, o.back);
 }
 
 void POLARDraw::showTextureDialog() {
-    const ShapeStyle st = shapeOrRaise(selectionOrRaise().front())->st();
-    needHost(dialogHost_);
+    const ShapeStyle st = styleForDialog();
     TextureOptions o{st.fill.texture};
     if (dialogHost_->editTexture(o))
         applyTexture(o.picture);
 }
 
 void POLARDraw::showShadowDialog() {
-    const ShapeStyle st = shapeOrRaise(selectionOrRaise().front())->st();
-    needHost(dialogHost_);
+    const ShapeStyle st = styleForDialog();
     ShadowOptions o{st.shadow.visible, st.shadow.colour, st.shadow.offsetX, st.shadow.offsetY};
     if (dialogHost_->editShadow(o))
         applyShadow(o.visible, o.colour, o.offsetX, o.offsetY);
 }
 
 void POLARDraw::showFontDialog() {
-    const ShapeStyle st = shapeOrRaise(selectionOrRaise().front())->st();
-    needHost(dialogHost_);
+    const ShapeStyle st = styleForDialog();
     FontOptions o{st.font.name, st.font.size, st.font.bold, st.font.italic};
     if (dialogHost_->editFont(o))
         applyFont(o.name, o.size, o.bold, o.italic);

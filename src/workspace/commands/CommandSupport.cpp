@@ -11,28 +11,6 @@ const QString WarningTitle = QStringLiteral("Warning");
 constexpr int CheckedValue = 1; // the Value of a ticked check box
 } // namespace
 
-QVariant get(const AutoPtr& o, const char* member, const QVariantList& index) {
-    if (!o)
-        raiseError(err::ObjectRequired, QStringLiteral("Object variable not set"));
-    return o->get(QString::fromLatin1(member), index);
-}
-
-void put(const AutoPtr& o, const char* member, const QVariant& value) {
-    if (!o)
-        raiseError(err::ObjectRequired, QStringLiteral("Object variable not set"));
-    o->set(QString::fromLatin1(member), value);
-}
-
-QVariant invoke(const AutoPtr& o, const char* member, QVariantList args) {
-    if (!o)
-        raiseError(err::ObjectRequired, QStringLiteral("Object variable not set"));
-    return o->call(QString::fromLatin1(member), args);
-}
-
-AutoPtr object(const AutoPtr& owner, const char* member) {
-    return toObject(get(owner, member));
-}
-
 AutoPtr selectedRange(Application& app) {
     return object(app.gSelection, "Range");
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/runtime/AutoObject.h"
+#include "workspace/LateBound.h"
 
 #include <QString>
 #include <QVariant>
@@ -15,11 +16,15 @@ class Form;
 // access to the canvas objects, and the guard in front of the shape commands.
 namespace commands {
 
-QVariant get(const AutoPtr& object, const char* member, const QVariantList& index = {});
-void put(const AutoPtr& object, const char* member, const QVariant& value);
-QVariant invoke(const AutoPtr& object, const char* member, QVariantList args = {});
+using late::get;
 // A member that holds an object; Nothing is an empty pointer.
-AutoPtr object(const AutoPtr& owner, const char* member);
+using late::object;
+inline void put(const AutoPtr& o, const char* member, const QVariant& value) {
+    late::set(o, member, value);
+}
+inline QVariant invoke(const AutoPtr& o, const char* member, QVariantList args = {}) {
+    return late::call(o, member, args);
+}
 
 // The selected shapes of the main canvas as one range (Selection.Range);
 // empty when nothing was ever selected.

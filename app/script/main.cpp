@@ -5,9 +5,10 @@
 // SCRIPT may be "-" for standard input. Exit status: 0 when the script ran to
 // its end and every expect held, 1 at the first failed expect, 2 when a line
 // cannot be run.
-#include "ScriptRunner.h"
-
 #include "core/files/AppHome.h"
+#include "core/script/ScriptRegistry.h"
+#include "core/script/ScriptRunner.h"
+#include "program/Program.h"
 
 #include <QFile>
 #include <QGuiApplication>
@@ -65,6 +66,8 @@ int main(int argc, char** argv) {
             return usage(err, QStringLiteral("cannot read '%1'").arg(scriptPath));
     }
     const QString script = QString::fromUtf8(file.readAll());
-    tessaly::ScriptRunner runner(home, screen, out, err);
+    tessaly::script::Registry registry;
+    tessaly::program::addScriptCommands(registry);
+    tessaly::script::Runner runner(registry, tessaly::program::scriptProgram(), home, screen, out, err);
     return runner.run(script);
 }

@@ -3,15 +3,10 @@
 #include "core/files/AppHome.h"
 #include "core/runtime/RuntimeError.h"
 #include "core/runtime/Waiter.h"
-#include "templates/Drawings.h"
+#include "program/Program.h"
 #include "ui/QtUiPort.h"
 #include "ui/Skin.h"
 #include "workspace/Application.h"
-
-#if __has_include("core/install/Installer.h")
-#include "core/install/Installer.h"
-#define TESSALY_HAS_INSTALLER 1
-#endif
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -50,19 +45,13 @@ tessaly::AppHome homeFrom(const QCoreApplication& qt) {
 int install(int argc, char** argv) {
     QCoreApplication qt(argc, argv);
     const tessaly::AppHome home = homeFrom(qt);
-#ifdef TESSALY_HAS_INSTALLER
     try {
-        tessaly::install(home);
-        tessaly::installDrawings(home);
+        tessaly::program::installHome(home);
     } catch (const tessaly::RuntimeError& e) {
         std::fprintf(stderr, "tessaly: install failed: %d %s\n", e.number(), qPrintable(e.description()));
         return ExitFailed;
     }
     return ExitOk;
-#else
-    std::fprintf(stderr, "tessaly: this build has no install step (home %s)\n", qPrintable(home.dir()));
-    return ExitFailed;
-#endif
 }
 
 int run(int argc, char** argv) {
@@ -76,7 +65,7 @@ int run(int argc, char** argv) {
 
     tessaly::RealWaiter waiter;
     tessaly::ui::QtUiPort port;
-    auto app = std::make_unique<tessaly::Application>(port, waiter, home);
+    auto app = tessaly::program::makeApplication(port, waiter, home);
     port.attach(*app);
     // A second instance ends at once, without a word.
     if (!app->Main())

@@ -3,10 +3,10 @@
 #include "core/port/UiPort.h"
 #include "core/runtime/Waiter.h"
 #include "core/settings/SettingsStore.h"
-#include "output/metafile/EmfPaintDevice.h"
-#include "output/metafile/MetafilePlayer.h"
-#include "output/metafile/PrintMod.h"
-#include "output/metafile/WmfWriter.h"
+#include "metafile/EmfPaintDevice.h"
+#include "metafile/MetafilePlayer.h"
+#include "metafile/PrintMod.h"
+#include "metafile/WmfWriter.h"
 
 #include <QFile>
 #include <QGuiApplication>

@@ -1,13 +1,13 @@
 #include "TestSupport.h"
 
 #include "core/runtime/RuntimeError.h"
-#include "output/metafile/ByteWriter.h"
-#include "output/metafile/EmfParser.h"
-#include "output/metafile/MetafilePlayer.h"
-#include "output/metafile/Picture.h"
-#include "output/metafile/RecordTypes.h"
-#include "output/metafile/WmfParser.h"
-#include "output/metafile/WmfWriter.h"
+#include "metafile/ByteWriter.h"
+#include "metafile/EmfParser.h"
+#include "metafile/MetafilePlayer.h"
+#include "metafile/Picture.h"
+#include "metafile/RecordTypes.h"
+#include "metafile/WmfParser.h"
+#include "metafile/WmfWriter.h"
 
 #include <QBuffer>
 #include <QDir>

@@ -1,8 +1,8 @@
 #include "TestSupport.h"
 
 #include "core/runtime/RuntimeError.h"
-#include "output/metafile/EmfPaintDevice.h"
-#include "output/metafile/RecordTypes.h"
+#include "metafile/EmfPaintDevice.h"
+#include "metafile/RecordTypes.h"
 
 #include <QFile>
 #include <QPainterPath>

@@ -1,10 +1,10 @@
 #include "TestSupport.h"
 
 #include "core/runtime/RuntimeError.h"
-#include "output/metafile/ByteWriter.h"
-#include "output/metafile/Picture.h"
-#include "output/metafile/RecordTypes.h"
-#include "output/metafile/WmfWriter.h"
+#include "metafile/ByteWriter.h"
+#include "metafile/Picture.h"
+#include "metafile/RecordTypes.h"
+#include "metafile/WmfWriter.h"
 
 #include <QBuffer>
 #include <QFile>

@@ -3,9 +3,9 @@
 
 #include "core/runtime/Waiter.h"
 #include "core/settings/SettingsStore.h"
-#include "output/metafile/PrintMod.h"
-#include "output/metafile/RecordTypes.h"
-#include "output/metafile/WmfWriter.h"
+#include "metafile/PrintMod.h"
+#include "metafile/RecordTypes.h"
+#include "metafile/WmfWriter.h"
 
 #include <QDir>
 #include <QFile>

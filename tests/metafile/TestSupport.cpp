@@ -1,6 +1,6 @@
 #include "TestSupport.h"
 
-#include "output/metafile/EmfPaintDevice.h"
+#include "metafile/EmfPaintDevice.h"
 
 #include <gtest/gtest.h>
 

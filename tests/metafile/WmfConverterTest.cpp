@@ -1,9 +1,9 @@
 #include "TestSupport.h"
 
 #include "core/runtime/RuntimeError.h"
-#include "output/metafile/MetafilePlayer.h"
-#include "output/metafile/RecordTypes.h"
-#include "output/metafile/WmfWriter.h"
+#include "metafile/MetafilePlayer.h"
+#include "metafile/RecordTypes.h"
+#include "metafile/WmfWriter.h"
 
 #include <QPainterPath>
 #include <gtest/gtest.h>

@@ -13,9 +13,7 @@
 #include <QSaveFile>
 #include <cmath>
 
-#ifdef TESSALY_HAVE_METAFILE
-#include "output/metafile/EmfPaintDevice.h"
-#endif
+#include "metafile/EmfPaintDevice.h"
 
 namespace tessaly::canvas {
 
@@ -110,7 +108,6 @@ void POLARDraw::writeImage(const QString& hostPath, const char* format) {
 }
 
 void POLARDraw::writeEmf(const QString& hostPath) {
-#ifdef TESSALY_HAVE_METAFILE
     const PageSettings& page = drawing().state().page;
     metafile::EmfPaintDevice device(QSizeF(page.width, page.height), 96, EmfDescription);
     {
@@ -124,11 +121,6 @@ void POLARDraw::writeEmf(const QString& hostPath) {
     } catch (const RuntimeError& e) {
         reportWriteError(e.description(), e.number());
     }
-#else
-    reportWriteError(
-        QStringLiteral("The metafile %1 cannot be written: this build has no metafile output.").arg(hostPath),
-        err::PathFileAccess);
-#endif
 }
 
 // --- rendering ----------------------------------------------------------------

@@ -7,23 +7,11 @@
 #include <QImageReader>
 #include <QPainter>
 
-#ifdef TESSALY_HAVE_METAFILE
-#include "output/metafile/Picture.h"
-#endif
+#include "metafile/Picture.h"
 
 namespace tessaly::canvas {
 
 namespace {
-#ifndef TESSALY_HAVE_METAFILE
-constexpr double HiMetricPerMetre = 100000.0; // 0.01 mm units in one metre
-constexpr int DefaultDotsPerMetre = 3780;     // 96 dpi, for images that state no resolution
-
-int hiMetric(int pixels, int dotsPerMetre) {
-    const int dpm = dotsPerMetre > 0 ? dotsPerMetre : DefaultDotsPerMetre;
-    return static_cast<int>(pixels * HiMetricPerMetre / dpm + 0.5);
-}
-#endif
-
 QImage readRaster(const QByteArray& bytes) {
     QBuffer buffer;
     buffer.setData(bytes);
@@ -37,7 +25,6 @@ QImage readRaster(const QByteArray& bytes) {
 std::shared_ptr<const CanvasPicture> CanvasPicture::fromData(const QByteArray& bytes) {
     auto picture = std::make_shared<CanvasPicture>();
     picture->data_ = bytes;
-#ifdef TESSALY_HAVE_METAFILE
     auto meta =
         std::make_shared<const metafile::Picture>(metafile::Picture::fromData(bytes)); // 481 when unreadable
     picture->widthHiMetric_ = meta->widthHiMetric();
@@ -50,14 +37,6 @@ std::shared_ptr<const CanvasPicture> CanvasPicture::fromData(const QByteArray& b
     }
     if (picture->image_.isNull())
         raiseError(err::InvalidPicture, QStringLiteral("Invalid picture"));
-#else
-    QImage image = readRaster(bytes);
-    if (image.isNull())
-        raiseError(err::InvalidPicture, QStringLiteral("Invalid picture"));
-    picture->widthHiMetric_ = hiMetric(image.width(), image.dotsPerMeterX());
-    picture->heightHiMetric_ = hiMetric(image.height(), image.dotsPerMeterY());
-    picture->image_ = std::move(image);
-#endif
     return picture;
 }
 

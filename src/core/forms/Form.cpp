@@ -7,10 +7,6 @@
 namespace tessaly {
 
 namespace {
-// The error numbers the platform gave for a control that is not there.
-constexpr int ControlArrayElementMissing = 340; // "Control array element '%d' doesn't exist"
-constexpr int ControlMissing = 730;             // "Control '%s' not found"
-
 bool is(const QString& a, const char* b) {
     return a.compare(QLatin1String(b), Qt::CaseInsensitive) == 0;
 }
@@ -50,9 +46,9 @@ Control& Form::control(const QString& name, int index) const {
     if (Control* c = find(name, index))
         return *c;
     if (controls_.contains(key(name)))
-        raiseError(ControlArrayElementMissing,
+        raiseError(err::NoArrayElement,
                    QStringLiteral("Control array element '%1' doesn't exist").arg(index));
-    raiseError(ControlMissing, QStringLiteral("Control '%1' not found").arg(name));
+    raiseError(err::NoControl, QStringLiteral("Control '%1' not found").arg(name));
 }
 
 void Form::on(const QString& control, const QString& event, ControlHandler handler) {

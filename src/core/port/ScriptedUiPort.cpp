@@ -134,4 +134,19 @@ void ScriptedUiPort::processEnded() {
     emitEvent({{QStringLiteral("event"), QStringLiteral("end")}});
 }
 
+bool ScriptedUiPort::takeAnswer(const QString& kind, std::optional<QVariant>& answer) {
+    auto& queue = answers_[kind.toLower()];
+    if (queue.empty())
+        return false;
+    answer = std::move(queue.front());
+    queue.pop_front();
+    return true;
+}
+
+void ScriptedUiPort::notify(const QString& event, const QVariantMap& fields) {
+    QJsonObject o = QJsonObject::fromVariantMap(fields);
+    o.insert(QStringLiteral("event"), event);
+    emitEvent(o);
+}
+
 } // namespace tessaly

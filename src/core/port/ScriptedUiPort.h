@@ -5,6 +5,7 @@
 #include <QJsonObject>
 #include <deque>
 #include <functional>
+#include <map>
 #include <optional>
 
 namespace tessaly {
@@ -24,6 +25,12 @@ public:
     void queueSave(std::optional<QString> path) { saveAnswers_.push_back(std::move(path)); }
     void queueFolder(std::optional<QString> path) { folderAnswers_.push_back(std::move(path)); }
     void queueColour(std::optional<unsigned> colour) { colourAnswers_.push_back(colour); }
+    // Answers of the dialogs that subsystems add, by kind ("spell", ...):
+    // an empty answer is a cancel. `takeAnswer` is false when none is queued.
+    void queueAnswer(const QString& kind, std::optional<QVariant> answer) {
+        answers_[kind.toLower()].push_back(std::move(answer));
+    }
+    bool takeAnswer(const QString& kind, std::optional<QVariant>& answer);
     void setScreenSize(QSize size) { screen_ = size; }
     int mousePointer() const { return pointer_; }
 
@@ -44,6 +51,7 @@ public:
     void unloadForm(Form& form) override;
     void printed(const QString& what) override;
     void processEnded() override;
+    void notify(const QString& event, const QVariantMap& fields) override;
 
 private:
     void emitEvent(const QJsonObject& o) const {
@@ -59,6 +67,7 @@ private:
     std::deque<std::optional<QString>> saveAnswers_;
     std::deque<std::optional<QString>> folderAnswers_;
     std::deque<std::optional<unsigned>> colourAnswers_;
+    std::map<QString, std::deque<std::optional<QVariant>>> answers_;
     QSize screen_{1024, 768};
     int pointer_ = 0;
 };

@@ -3,6 +3,7 @@
 #include <QSize>
 #include <QString>
 #include <QStringList>
+#include <QVariantMap>
 #include <optional>
 
 namespace tessaly {
@@ -72,6 +73,13 @@ public:
     virtual void printed(const QString& what) = 0;
     // The process has ended.
     virtual void processEnded() = 0;
+    // Something the program did that a script follows (a message put in the
+    // outbox, an archive packed): the scripted port reports it as an event
+    // line with these fields; the desktop has nothing to show for it.
+    virtual void notify(const QString& event, const QVariantMap& fields) {
+        (void)event;
+        (void)fields;
+    }
 };
 
 } // namespace tessaly

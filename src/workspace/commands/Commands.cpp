@@ -1,6 +1,6 @@
 #include "workspace/commands/Commands.h"
 
-#include "templates/mytemplates/frmMyTemplates.h"
+#include "workspace/forms/frmMyTemplates.h"
 #include "workspace/Application.h"
 #include "workspace/commands/Registration.h"
 #include "workspace/forms/frmGrid.h"

@@ -2,9 +2,9 @@
 #include "FuzzQt.h"
 
 #include "core/runtime/RuntimeError.h"
-#include "output/metafile/EmfParser.h"
-#include "output/metafile/MetafilePlayer.h"
-#include "output/metafile/WmfWriter.h"
+#include "metafile/EmfParser.h"
+#include "metafile/MetafilePlayer.h"
+#include "metafile/WmfWriter.h"
 
 #include <QImage>
 #include <QPainter>

@@ -2,7 +2,7 @@
 #include "FuzzQt.h"
 
 #include "core/runtime/RuntimeError.h"
-#include "output/metafile/Picture.h"
+#include "metafile/Picture.h"
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
     startFuzzApplication();

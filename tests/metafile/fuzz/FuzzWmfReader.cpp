@@ -2,8 +2,8 @@
 #include "FuzzQt.h"
 
 #include "core/runtime/RuntimeError.h"
-#include "output/metafile/MetafilePlayer.h"
-#include "output/metafile/WmfParser.h"
+#include "metafile/MetafilePlayer.h"
+#include "metafile/WmfParser.h"
 
 #include <QImage>
 #include <QPainter>

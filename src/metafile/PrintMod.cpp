@@ -6,10 +6,10 @@
 #include "core/runtime/Vb.h"
 #include "core/runtime/Waiter.h"
 #include "core/settings/SettingsStore.h"
-#include "output/metafile/EmfParser.h"
-#include "output/metafile/EmfRecorder.h"
-#include "output/metafile/RecordTypes.h"
-#include "output/metafile/WmfWriter.h"
+#include "metafile/EmfParser.h"
+#include "metafile/EmfRecorder.h"
+#include "metafile/RecordTypes.h"
+#include "metafile/WmfWriter.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "output/metafile/AldusHeader.h"
+#include "metafile/AldusHeader.h"
 
 #include <QImage>
 #include <QPoint>

@@ -1,6 +1,6 @@
 #include "AldusHeader.h"
 
-#include "output/metafile/ByteWriter.h"
+#include "metafile/ByteWriter.h"
 
 namespace tessaly {
 

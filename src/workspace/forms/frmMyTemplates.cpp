@@ -1,4 +1,4 @@
-#include "templates/mytemplates/frmMyTemplates.h"
+#include "workspace/forms/frmMyTemplates.h"
 
 #include "canvas/api/POLARDraw.h"
 #include "core/db/Ado.h"

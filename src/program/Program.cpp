@@ -1,0 +1,34 @@
+#include "program/Program.h"
+
+#include "core/install/Installer.h"
+#include "core/script/CoreCommands.h"
+#include "core/script/ScriptRegistry.h"
+#include "templates/Drawings.h"
+#include "workspace/Application.h"
+#include "workspace/WorkspaceScript.h"
+
+namespace tessaly::program {
+
+void installHome(const AppHome& home) {
+    install(home);
+    installDrawings(home);
+}
+
+std::unique_ptr<Application> makeApplication(UiPort& ui, Waiter& waiter, AppHome home) {
+    return std::make_unique<Application>(ui, waiter, std::move(home));
+}
+
+void addScriptCommands(script::Registry& registry) {
+    script::addCoreCommands(registry);
+    addWorkspaceScriptCommands(registry);
+}
+
+script::Program scriptProgram() {
+    return script::Program{
+        [](UiPort& ui, Waiter& waiter, AppHome home) -> std::unique_ptr<CoreApplication> {
+            return makeApplication(ui, waiter, std::move(home));
+        },
+        installHome};
+}
+
+} // namespace tessaly::program

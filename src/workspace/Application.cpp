@@ -2,6 +2,7 @@
 
 #include "core/settings/frmSettings.h"
 #include "core/startup/frmSplash.h"
+#include "core/runtime/Vb.h"
 #include "workspace/PortDialogHost.h"
 #include "workspace/commands/Commands.h"
 #include "workspace/frmMain.h"
@@ -10,7 +11,7 @@ namespace tessaly {
 
 Application::Application(UiPort& uiPort, Waiter& w, AppHome appHome)
     : CoreApplication(uiPort, w, std::move(appHome)),
-      canvasDialogs(std::make_unique<PortDialogHost>(uiPort)) {
+      canvasDialogs(std::make_unique<PortDialogHost>(uiPort)), printMod(uiPort, w, userSettings) {
     registerForms();
     registerCanvasNames();
 }
@@ -32,6 +33,10 @@ void Application::registerCanvasNames() {
         routine(QString::fromLatin1(name), [this, name](QVariantList& a) {
             return form(QString::fromLatin1(frmMain::FormName)).call(QString::fromLatin1(name), a);
         });
+    routine(QStringLiteral("ConvertEMFtoWMF"), [this](QVariantList& a) {
+        printMod.ConvertEMFtoWMF(vb::toText(a.value(0)), vb::toText(a.value(1)));
+        return QVariant();
+    });
     variable(QStringLiteral("gShapeTypeCodes"), [this] {
         QVariantList list;
         for (int code : gShapeTypeCodes)

@@ -2,6 +2,7 @@
 
 #include "core/app/CoreApplication.h"
 #include "core/runtime/AutoObject.h"
+#include "metafile/PrintMod.h"
 
 #include <array>
 #include <memory>
@@ -37,6 +38,10 @@ public:
     // The canvases' own dialogs, prints and file errors, through the UI port.
     // Every canvas of the program uses it unless the desktop view installs its own.
     std::unique_ptr<PortDialogHost> canvasDialogs;
+
+    // The output module's metafile routines, with its module-level header
+    // records, shared by every conversion of the run.
+    PrintMod printMod;
 
 private:
     void registerForms();

@@ -94,9 +94,24 @@ frmMain::frmMain(Application& app)
     on(QStringLiteral("mnuHelp_Help"), QStringLiteral("Click"),
        [this](Control&, EventArgs&) { mnuHelp_Help_Click(); });
     registerViewCommands(*this, app_);
+    app_.planRoad.takePlan = [this] { TakePlan(); };
 }
 
-frmMain::~frmMain() = default;
+frmMain::~frmMain() {
+    app_.planRoad.takePlan = nullptr;
+}
+
+void frmMain::RestartBackupTimer() {
+    if (control(QStringLiteral("mnuFileAutoBackup")).checked()) {
+        Timer1.setEnabled(true);
+        app_.gBackupTicks = 0;
+    }
+}
+
+void frmMain::TakePlan() {
+    RestartBackupTimer();
+    setCaption(QStringLiteral("Tessaly - ") + app_.gPlanFileName);
+}
 
 void frmMain::buildControls() {
     setCaption(QStringLiteral("Tessaly - Untitled Drawing"));
@@ -255,10 +270,7 @@ void frmMain::Form_Load() {
         // 13.
         AskForDimensions = true;
         // 14.
-        if (control(QStringLiteral("mnuFileAutoBackup")).checked()) {
-            Timer1.setEnabled(true);
-            app_.gBackupTicks = 0;
-        }
+        RestartBackupTimer();
     } catch (const RuntimeError& e) {
         app_.ui.msgBox(QStringLiteral("An Error Occured In The Form Load Process In Main Screen: %1 - %2")
                            .arg(e.number())
@@ -354,8 +366,8 @@ void frmMain::SSActiveTabs1_Layout() {
 void frmMain::Form_Unload() {
     if (!app_.gPlanFileName.isEmpty()) {
         // A project plan is saved with all its outputs without a question.
-        // NOT BUILT YET: this needs the project save (SaveProjectOutputs), so
-        // for now a project plan closes without being saved.
+        if (app_.planRoad.saveProjectOutputs)
+            app_.planRoad.saveProjectOutputs(PlanSaveUse::Unload);
     } else if (late::get(canvas1(), "Modified").toBool()) {
         // A changed free drawing: Yes saves it under a name, No loses the changes.
         const int answer =

@@ -75,6 +75,11 @@ public:
     QString ShapeTypeName(int32_t id);
     // The wall colour: the background of the colour button.
     unsigned wallColour() const;
+    // With backups on, the backup timer runs and counts from 0 again.
+    void RestartBackupTimer();
+    // Takes over a plan that the project manager has put on the canvas: the
+    // backup timer starts again when backups are on, and the caption names the plan.
+    void TakePlan();
     // The tool text of status panel 2.
     QString toolText() const { return SB1.panelText(2); }
 

@@ -1,4 +1,4 @@
-#include "TestSupport.h"
+#include "CanvasSupport.h"
 
 #include "canvas/engine/ToolController.h"
 #include "canvas/model/Geometry.h"

@@ -1,7 +1,7 @@
 // Sizing by the selection handles, editing points and turning shapes with
 // the mouse, on shapes that are rotated: what stays on the page must stay
 // where it was, and the handle dragged must end under the pointer.
-#include "TestSupport.h"
+#include "CanvasSupport.h"
 
 #include "canvas/engine/ToolController.h"
 #include "canvas/model/Geometry.h"

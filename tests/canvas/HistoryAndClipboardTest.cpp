@@ -1,4 +1,4 @@
-#include "TestSupport.h"
+#include "CanvasSupport.h"
 
 #include "canvas/model/ShapeTypes.h"
 
@@ -124,10 +124,6 @@ TEST(Clipboard, CutRemovesAndPasteIntoTheSourceOffsetsTheCopy) {
 }
 
 TEST(Clipboard, TheSystemClipboardReceivesAPictureWhenThereIsAGuiApplication) {
-    int argc = 1;
-    char name[] = "canvas_tests";
-    char* argv[] = {name};
-    QGuiApplication app(argc, argv);
     auto c = makeCanvas();
     call(c->shapes(), "AddShape", {1, 0, 0, 20, 10});
     obj(obj(c->shapes(), "Item", {1}), "Fill")->set("Colour", 255);

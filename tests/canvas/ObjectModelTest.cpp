@@ -1,5 +1,5 @@
 #include "MakeCorpus.h"
-#include "TestSupport.h"
+#include "CanvasSupport.h"
 
 #include "canvas/model/ShapeTypes.h"
 

@@ -1,10 +1,9 @@
 #include "MakeCorpus.h"
-#include "TestSupport.h"
+#include "CanvasSupport.h"
 
 #include "canvas/model/ShapeTypes.h"
 
 #include <QFile>
-#include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
 #include <QPdfWriter>
@@ -191,10 +190,6 @@ TEST_F(Render, OnlyShapesInTheVisibleAreaAreConsidered) {
 }
 
 TEST(Print, APrintedHundredMillimetreLineMeasuresOneHundredMillimetres) {
-    int argc = 1;
-    char name[] = "canvas_tests";
-    char* argv[] = {name};
-    QGuiApplication app(argc, argv);
     QTemporaryDir dir;
     auto c = makeCanvas();
     call(c->shapes(), "AddShape", {20, 10, 100, 110, 100});

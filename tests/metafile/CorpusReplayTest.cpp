@@ -1,4 +1,4 @@
-#include "TestSupport.h"
+#include "MetafileTools.h"
 
 #include "core/runtime/RuntimeError.h"
 #include "metafile/ByteWriter.h"

@@ -1,5 +1,5 @@
 #include "FakeUiPort.h"
-#include "TestSupport.h"
+#include "MetafileTools.h"
 
 #include "core/runtime/Waiter.h"
 #include "core/settings/SettingsStore.h"

@@ -1,29 +1,8 @@
 #include "UiTestSupport.h"
 
-#include <QApplication>
+#include <QCoreApplication>
 
 namespace tessaly::ui::testing {
-
-namespace {
-// One QApplication for the whole run, on the offscreen platform that the
-// test registration sets.
-class QtEnvironment final : public ::testing::Environment {
-public:
-    void SetUp() override {
-        static int argc = 1;
-        static char name[] = "ui_tests";
-        static char* argv[] = {name, nullptr};
-        app_ = std::make_unique<QApplication>(argc, argv);
-    }
-    void TearDown() override { app_.reset(); }
-
-private:
-    std::unique_ptr<QApplication> app_;
-};
-
-[[maybe_unused]] ::testing::Environment* const qtEnvironment =
-    ::testing::AddGlobalTestEnvironment(new QtEnvironment);
-} // namespace
 
 RecordingForm::RecordingForm(ApplicationBase& app, const QString& name) : Form(app, name) {}
 

@@ -9,15 +9,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <memory>
-#include <ostream>
 
-// Readable failures for geometry.
-inline void PrintTo(const QRect& r, std::ostream* os) {
-    *os << "QRect(" << r.x() << ", " << r.y() << ", " << r.width() << ", " << r.height() << ")";
-}
-inline void PrintTo(const QSize& s, std::ostream* os) {
-    *os << "QSize(" << s.width() << ", " << s.height() << ")";
-}
+#include "Printing.h"
 
 namespace tessaly::ui::testing {
 

@@ -122,6 +122,12 @@ void CoreApplication::registerNames() {
         uint32_t colour = static_cast<uint32_t>(vb::toDouble(a.value(0)));
         return QVariant(static_cast<qint64>(common::ShowColourDialog(*this, colour)));
     });
+    // The form is given by name or as the form itself.
+    routine(QStringLiteral("SelectAllText"), [this](QVariantList& a) {
+        auto* named = dynamic_cast<Form*>(toObject(a.value(0)).get());
+        common::SelectAllText(named ? *named : form(vb::toText(a.value(0))));
+        return QVariant();
+    });
     routine(QStringLiteral("CloseDatabase"), [this](QVariantList&) {
         CloseDatabase();
         return QVariant();

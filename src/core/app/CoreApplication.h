@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/app/PlanRoad.h"
 #include "core/forms/ApplicationBase.h"
 
 #include <QLockFile>
@@ -40,6 +41,9 @@ public:
     int32_t gBackupTicks = 0;
     int32_t gGuideOriginX = 0;
     int32_t gGuideOriginY = 0;
+
+    // The meeting point of the main window and the project subsystems.
+    PlanRoad planRoad;
 
     // The entry routine. Returns false when it ended at once (a second instance).
     bool Main();

@@ -16,6 +16,10 @@ void ApplicationBase::registerForm(const QString& name, std::function<FormPtr(Ap
     factories_[key(name)] = std::move(factory);
 }
 
+void ApplicationBase::extendForm(const QString& name, std::function<void(Form&)> extension) {
+    extensions_[key(name)].push_back(std::move(extension));
+}
+
 bool ApplicationBase::isForm(const QString& name) const {
     return factories_.contains(key(name));
 }
@@ -39,6 +43,8 @@ Form& ApplicationBase::form(const QString& name) {
     if (it == factories_.end())
         raiseError(err::NotSupported, QStringLiteral("No window named %1").arg(name));
     FormPtr f = it->second(*this);
+    for (const auto& extend : extensions_[key(name)])
+        extend(*f);
     forms_[key(name)] = f;
     if (onFormCreated)
         onFormCreated(*f);

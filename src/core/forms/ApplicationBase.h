@@ -43,6 +43,10 @@ public:
     // Forms by name. `form()` creates and loads the form on first use.
     void registerForm(const QString& name, std::function<FormPtr(ApplicationBase&)> factory);
     Form& form(const QString& name);
+    // Adds what another subsystem contributes to a form (its commands'
+    // handlers, its routines): run on every new instance of the form, after
+    // the form's own constructor and before its Load, in the order added.
+    void extendForm(const QString& name, std::function<void(Form&)> extension);
     template <class T> T& form() { return static_cast<T&>(form(T::FormName)); }
     Form* loaded(const QString& name) const;
     bool isForm(const QString& name) const;
@@ -92,6 +96,7 @@ private:
     static QString key(const QString& n) { return n.toLower(); }
 
     std::map<QString, std::function<FormPtr(ApplicationBase&)>> factories_;
+    std::map<QString, std::vector<std::function<void(Form&)>>> extensions_;
     std::map<QString, FormPtr> forms_;
     std::vector<FormPtr> unloaded_;
     std::vector<Form*> modal_;

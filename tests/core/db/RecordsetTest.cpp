@@ -3,7 +3,7 @@
 // program builds.
 
 #include "core/db/Recordset.h"
-#include "DbTestSupport.h"
+#include "Database.h"
 #include "TestErrors.h"
 #include "core/db/Connection.h"
 #include "core/db/QuerySql.h"

@@ -2,7 +2,7 @@
 // field, and the grid model that follows the control's cursor.
 
 #include "core/db/DataControl.h"
-#include "DbTestSupport.h"
+#include "Database.h"
 #include "TestErrors.h"
 #include "core/db/BoundField.h"
 #include "core/db/DataGridModel.h"

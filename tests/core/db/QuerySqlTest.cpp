@@ -1,7 +1,7 @@
 // The script driver's query: its own connection, one SELECT, rows as maps.
 
 #include "core/db/QuerySql.h"
-#include "DbTestSupport.h"
+#include "Database.h"
 #include "TestErrors.h"
 #include "core/db/Connection.h"
 #include "core/db/Recordset.h"

@@ -1,4 +1,5 @@
-#include "DbTestSupport.h"
+#include "Database.h"
+#include "TestMain.h"
 
 #include "core/db/Backend.h"
 #include "core/db/Connection.h"
@@ -21,7 +22,7 @@ namespace {
 constexpr int ServerStartSeconds = 90;
 
 QString scriptDir() {
-    return QStringLiteral(TESSALY_DB_TEST_SOURCE_DIR);
+    return QStringLiteral(TESSALY_TEST_SUPPORT_DIR);
 }
 
 } // namespace
@@ -32,6 +33,8 @@ PostgresServer* started = nullptr; // the server object, once a test asked for i
 
 PostgresServer& PostgresServer::instance() {
     static PostgresServer server;
+    if (!started)
+        tessaly::testing::atEnd(stopOwnPostgresServer);
     started = &server;
     return server;
 }

@@ -1,7 +1,7 @@
 // The install step's database: tables and fields, keys, defaults, the pick
 // list, and the relations that cascade from a site but not from a client.
 
-#include "DbTestSupport.h"
+#include "Database.h"
 #include "TestErrors.h"
 #include "core/db/Connection.h"
 #include "core/db/ProjectDatabase.h"

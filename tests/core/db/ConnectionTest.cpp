@@ -2,7 +2,7 @@
 // provider's errors for a missing or damaged file or an unreachable server.
 
 #include "core/db/Connection.h"
-#include "DbTestSupport.h"
+#include "Database.h"
 #include "TestErrors.h"
 #include "core/db/ConnectionString.h"
 #include "core/db/Recordset.h"

@@ -1,4 +1,4 @@
-#include "TestSupport.h"
+#include "MetafileTools.h"
 
 #include "metafile/EmfPaintDevice.h"
 
@@ -210,33 +210,6 @@ double mismatchShareNear(const QImage& a, const QImage& b, int channelTolerance,
 }
 
 } // namespace tessaly::test
-
-#include <QGuiApplication>
-#include <gtest/gtest.h>
-
-namespace {
-
-// Fonts and painters need an application object; the tests run offscreen.
-class QtEnvironment final : public ::testing::Environment {
-public:
-    void SetUp() override {
-        static int argc = 1;
-        static char name[] = "metafile_tests";
-        static char* argv[] = {name, nullptr};
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        if (!QGuiApplication::instance())
-            app_ = std::make_unique<QGuiApplication>(argc, argv);
-    }
-    void TearDown() override { app_.reset(); }
-
-private:
-    std::unique_ptr<QGuiApplication> app_;
-};
-
-[[maybe_unused]] const ::testing::Environment* const qtEnvironment =
-    ::testing::AddGlobalTestEnvironment(new QtEnvironment);
-
-} // namespace
 
 namespace tessaly::test {
 

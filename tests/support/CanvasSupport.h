@@ -13,10 +13,7 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-// Readable QString values in test failure messages.
-inline void PrintTo(const QString& s, std::ostream* os) {
-    *os << '"' << s.toStdString() << '"';
-}
+#include "Printing.h"
 
 namespace tessaly::canvas::test {
 

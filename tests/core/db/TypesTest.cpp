@@ -1,7 +1,7 @@
 // Values through the database: exact currency, date serials, flags, the
 // widths of whole numbers and Nulls.
 
-#include "DbTestSupport.h"
+#include "Database.h"
 #include "TestErrors.h"
 #include "core/db/Connection.h"
 #include "core/db/QuerySql.h"

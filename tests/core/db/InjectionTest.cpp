@@ -2,7 +2,7 @@
 // it. A quote may break a query; it can never run a second statement, and
 // never make a write reach rows that the query did not name.
 
-#include "DbTestSupport.h"
+#include "Database.h"
 #include "TestErrors.h"
 #include "core/db/Connection.h"
 #include "core/db/QuerySql.h"

@@ -1,7 +1,7 @@
 // A writer killed at any moment leaves a whole database with no half row;
 // two programs writing to one database at once lose nothing.
 
-#include "DbTestSupport.h"
+#include "Database.h"
 #include "core/db/QuerySql.h"
 
 #include <QProcess>

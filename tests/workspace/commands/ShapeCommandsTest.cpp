@@ -1,6 +1,6 @@
 // Commands of the main window whose effect shows in the canvas's own dialogs
 // and view: the formatting dialogs, the fits, the page orientation.
-#include "CommandTestSupport.h"
+#include "WorkspaceFixture.h"
 
 #include <QImage>
 

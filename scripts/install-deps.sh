@@ -23,6 +23,8 @@ PACKAGES=(
   emf2svg libwmf-bin qpdf poppler-utils libtiff-tools imagemagick
   # display for GUI tests and screenshots
   xvfb xauth xdotool x11-utils
+  # the drawing of the build's link graph in docs/
+  graphviz
   # server database backend tests
   postgresql
 )

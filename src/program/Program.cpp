@@ -24,11 +24,10 @@ void addScriptCommands(script::Registry& registry) {
 }
 
 script::Program scriptProgram() {
-    return script::Program{
-        [](UiPort& ui, Waiter& waiter, AppHome home) -> std::unique_ptr<CoreApplication> {
-            return makeApplication(ui, waiter, std::move(home));
-        },
-        installHome};
+    return script::Program{[](UiPort& ui, Waiter& waiter, AppHome home) -> std::unique_ptr<CoreApplication> {
+                               return makeApplication(ui, waiter, std::move(home));
+                           },
+                           installHome};
 }
 
 } // namespace tessaly::program

@@ -144,7 +144,8 @@ QStringList layerViolations(const QString& root) {
             const QString path = it.next();
             const QString relative = base.relativeFilePath(path);
             const QString from = layerOf(relative);
-            if (from.isEmpty() || isBuildTree(relative) || !sourceSuffixes().contains(QFileInfo(path).suffix()))
+            if (from.isEmpty() || isBuildTree(relative) ||
+                !sourceSuffixes().contains(QFileInfo(path).suffix()))
                 continue;
             for (const Include& inc : includesOf(path)) {
                 const QString target = resolveInclude(base, relative, inc.name);
@@ -221,7 +222,8 @@ TEST(LayerRuleTest, TheTableIsAChainWithoutCircles) {
     for (const Layer& layer : layers()) {
         for (const char* allowed : layer.mayInclude) {
             const QString a = QString::fromLatin1(allowed);
-            const bool below = a == QLatin1String("src") || seen.contains(layerOf(a + QStringLiteral("/X.h")));
+            const bool below =
+                a == QLatin1String("src") || seen.contains(layerOf(a + QStringLiteral("/X.h")));
             EXPECT_TRUE(below) << layer.path << " may include " << allowed << ", which is not below it";
         }
         seen << QString::fromLatin1(layer.path);
@@ -242,13 +244,16 @@ TEST(LayerRuleTest, ScannerNamesTheFileAndLineOfAnIncludeThatGoesUp) {
     const QString r = root.path() + QLatin1Char('/');
     writeFile(r + QStringLiteral("src/workspace/frmMain.h"), "#pragma once\n");
     writeFile(r + QStringLiteral("src/core/db/Recordset.h"), "#pragma once\n");
-    writeFile(r + QStringLiteral("src/core/runtime/Vb.h"), "#pragma once\n#include \"core/db/Recordset.h\"\n");
+    writeFile(r + QStringLiteral("src/core/runtime/Vb.h"),
+              "#pragma once\n#include \"core/db/Recordset.h\"\n");
     writeFile(r + QStringLiteral("src/canvas/api/A.cpp"),
               "#include \"core/runtime/Vb.h\"\n#include <QPainter>\n\n#include \"workspace/frmMain.h\"\n"
               "#include \"core/db/Recordset.h\"\n");
-    writeFile(r + QStringLiteral("src/projects/B.cpp"), "#include \"workspace/frmMain.h\"\n#include \"Own.h\"\n");
+    writeFile(r + QStringLiteral("src/projects/B.cpp"),
+              "#include \"workspace/frmMain.h\"\n#include \"Own.h\"\n");
     writeFile(r + QStringLiteral("src/projects/Own.h"), "#pragma once\n");
-    writeFile(r + QStringLiteral("src/workspace/C.cpp"), "#include \"frmMain.h\"\n#include \"projects/Own.h\"\n");
+    writeFile(r + QStringLiteral("src/workspace/C.cpp"),
+              "#include \"frmMain.h\"\n#include \"projects/Own.h\"\n");
     writeFile(r + QStringLiteral("app/main.cpp"), "#include \"projects/Own.h\"\n");
     const QStringList found = layerViolations(root.path());
     EXPECT_EQ(found.size(), 4) << found.join(QLatin1Char('\n')).toStdString();
@@ -273,7 +278,8 @@ TEST(LayerRuleTest, EveryFolderUnderSrcIsALayerOfTheTable) {
     const QStringList folders = src.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     ASSERT_FALSE(folders.isEmpty());
     for (const QString& folder : folders)
-        EXPECT_EQ(layerOf(QStringLiteral("src/") + folder + QStringLiteral("/X.h")), QStringLiteral("src/") + folder)
+        EXPECT_EQ(layerOf(QStringLiteral("src/") + folder + QStringLiteral("/X.h")),
+                  QStringLiteral("src/") + folder)
             << "src/" << folder.toStdString() << " has no place in the layer table";
 }
 
@@ -290,7 +296,8 @@ TEST(LayerRuleTest, ScannerFindsWidgetIncludesOutsideTheViewLayerOnly) {
     QTemporaryDir root;
     writeFile(root.filePath(QStringLiteral("src/core/A.cpp")),
               "#include <QPainter>\n#include <QPushButton>\n  #  include \"QtWidgets/QLabel\"\n");
-    writeFile(root.filePath(QStringLiteral("src/workspace/B.h")), "#include <QtWidgets>\n#include <QImage>\n");
+    writeFile(root.filePath(QStringLiteral("src/workspace/B.h")),
+              "#include <QtWidgets>\n#include <QImage>\n");
     writeFile(root.filePath(QStringLiteral("src/canvas/C.cpp")), "#include <qwidget.h>\n");
     writeFile(root.filePath(QStringLiteral("src/ui/View.cpp")), "#include <QWidget>\n");
     writeFile(root.filePath(QStringLiteral("app/tessaly/main.cpp")), "#include <QApplication>\n");

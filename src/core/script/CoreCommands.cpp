@@ -44,10 +44,12 @@ void addAnswers(Registry& r) {
             throw LineError(QStringLiteral("a message box answer is 1, 2, 6 or 7"));
         run.ui().queueMsgBox(result);
     });
-    r.answer(QStringLiteral("input"), [](Runner& run, const Token& v) { run.ui().queueInput(pathAnswer(v)); });
+    r.answer(QStringLiteral("input"),
+             [](Runner& run, const Token& v) { run.ui().queueInput(pathAnswer(v)); });
     r.answer(QStringLiteral("open"), [](Runner& run, const Token& v) { run.ui().queueOpen(pathAnswer(v)); });
     r.answer(QStringLiteral("save"), [](Runner& run, const Token& v) { run.ui().queueSave(pathAnswer(v)); });
-    r.answer(QStringLiteral("folder"), [](Runner& run, const Token& v) { run.ui().queueFolder(pathAnswer(v)); });
+    r.answer(QStringLiteral("folder"),
+             [](Runner& run, const Token& v) { run.ui().queueFolder(pathAnswer(v)); });
     r.answer(QStringLiteral("colour"), [](Runner& run, const Token& v) {
         if (isCancel(v))
             return run.ui().queueColour(std::nullopt);
@@ -294,8 +296,8 @@ void addPrintForms(Registry& r) {
 // The events of the UI port, with their fields.
 void addPortEvents(Registry& r) {
     const QStringList fileDialog{QStringLiteral("filter"), QStringLiteral("title"), QStringLiteral("result")};
-    r.event(QStringLiteral("msgbox"), {QStringLiteral("text"), QStringLiteral("flags"), QStringLiteral("title"),
-                                       QStringLiteral("result")});
+    r.event(QStringLiteral("msgbox"), {QStringLiteral("text"), QStringLiteral("flags"),
+                                       QStringLiteral("title"), QStringLiteral("result")});
     r.event(QStringLiteral("inputbox"), {QStringLiteral("prompt"), QStringLiteral("title"),
                                          QStringLiteral("default"), QStringLiteral("result")});
     r.event(QStringLiteral("open"), fileDialog);

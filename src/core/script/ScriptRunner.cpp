@@ -255,7 +255,8 @@ QJsonValue Runner::evaluate(const Tokens& expr) {
     try {
         return toJson(resolveValue(expr[0].text));
     } catch (const RuntimeError& e) {
-        if (e.number() == err::NotSupported || e.number() == err::NoControl || e.number() == err::NoArrayElement)
+        if (e.number() == err::NotSupported || e.number() == err::NoControl ||
+            e.number() == err::NoArrayElement)
             throw LineError(e.description());
         throw;
     }

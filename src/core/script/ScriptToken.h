@@ -12,7 +12,9 @@ struct Token {
     bool quoted = false;
 
     // A bare (unquoted) token that is `word`, in any case.
-    bool is(const char* word) const { return !quoted && text.compare(QLatin1String(word), Qt::CaseInsensitive) == 0; }
+    bool is(const char* word) const {
+        return !quoted && text.compare(QLatin1String(word), Qt::CaseInsensitive) == 0;
+    }
 };
 using Tokens = QList<Token>;
 

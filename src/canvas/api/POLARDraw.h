@@ -260,6 +260,8 @@ public:
     void set(const QString& name, const QVariant& value, const QVariantList& index = {}) override;
     QVariant call(const QString& name, QVariantList& args) override;
     QStringList memberNames() const override;
+    // The names of the control's members, as memberNames gives them.
+    static QStringList classMemberNames();
 
 private:
     POLARDraw();

@@ -106,6 +106,10 @@ QVariant POLARDraw::call(const QString& name, QVariantList& args) {
 }
 
 QStringList POLARDraw::memberNames() const {
+    return classMemberNames();
+}
+
+QStringList POLARDraw::classMemberNames() {
     return table().names();
 }
 

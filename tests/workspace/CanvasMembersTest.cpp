@@ -180,6 +180,7 @@ TEST(CanvasMembers, TheScanFindsTheHelpersCallsAndTheirLines) {
 TEST(CanvasMembers, TheCanvasClassesListTheirMembers) {
     const auto classes = canvas::memberNamesByClass();
     ASSERT_TRUE(classes.contains(QStringLiteral("POLARDraw")));
+    EXPECT_TRUE(classes.at(QStringLiteral("POLARDraw")).contains(QStringLiteral("View")));
     EXPECT_TRUE(classes.at(QStringLiteral("POLARDraw")).contains(QStringLiteral("Views")));
     EXPECT_TRUE(classes.at(QStringLiteral("ViewList")).contains(QStringLiteral("Item")));
     EXPECT_TRUE(classes.at(QStringLiteral("View")).contains(QStringLiteral("Zoom")));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "canvas/api/CanvasCodes.h"
 #include "core/app/CoreApplication.h"
 #include "core/runtime/AutoObject.h"
 #include "metafile/PrintMod.h"
@@ -31,7 +32,7 @@ public:
     AutoPtr gBackgroundPicture;
 
     // The canvas's shape type codes and their names, indices 0 to 20.
-    static constexpr int ShapeTypeCount = 21;
+    static constexpr int ShapeTypeCount = static_cast<int>(canvas::ShapeTypeCount);
     std::array<int, ShapeTypeCount> gShapeTypeCodes{};
     std::array<QString, ShapeTypeCount> gShapeTypeNames{};
 

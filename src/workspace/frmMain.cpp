@@ -4,6 +4,7 @@
 #include "LateBound.h"
 #include "MainMenus.h"
 #include "PortDialogHost.h"
+#include "canvas/api/CanvasCodes.h"
 #include "canvas/api/POLARDraw.h"
 #include "core/common/CommonRoutines.h"
 #include "core/runtime/ResumeNext.h"
@@ -30,34 +31,6 @@ constexpr int ListTop = 360, ListWidth = 2470;
 
 const QString YesText = QStringLiteral("True");
 
-// The canvas's shape type codes and the names Tessaly shows for them.
-struct ShapeTypeEntry {
-    int code;
-    const char* name;
-};
-constexpr ShapeTypeEntry ShapeTypeTable[Application::ShapeTypeCount] = {{19, "Arc"},
-                                                                        {4, "Diamond"},
-                                                                        {10250, "Dimension Bar"},
-                                                                        {3, "Ellipse"},
-                                                                        {0, "Freeform"},
-                                                                        {9, "Hexagon"},
-                                                                        {5, "Isosceles Triangle"},
-                                                                        {66, "Left Arrow"},
-                                                                        {20, "Line"},
-                                                                        {10000, "Link"},
-                                                                        {10, "Octagon"},
-                                                                        {7, "Parallelogram"},
-                                                                        {56, "Pentagon"},
-                                                                        {136, "Plain Text"},
-                                                                        {11, "Plus Sign"},
-                                                                        {1, "Rectangle"},
-                                                                        {6, "Right Triangle"},
-                                                                        {2, "Round Rectangle"},
-                                                                        {12, "Star"},
-                                                                        {202, "Text Box"},
-                                                                        {8, "Trapezoid"}};
-
-constexpr int SelectTool = 1;          // View.ToolMode of the select tool
 constexpr int GuideColour = 0xE0E0E0;  // colour of the guide lines
 constexpr int FirstGuidesBottom = 210; // the first horizontal guides run from 0 to here
 constexpr int FirstGuidesRight = 290;  // the first vertical guides run from 0 to here
@@ -287,9 +260,9 @@ void frmMain::Form_Activate() {
 }
 
 void frmMain::BuildShapeTypeTables() {
-    for (int i = 0; i < Application::ShapeTypeCount; ++i) {
-        app_.gShapeTypeCodes[static_cast<size_t>(i)] = ShapeTypeTable[i].code;
-        app_.gShapeTypeNames[static_cast<size_t>(i)] = QString::fromLatin1(ShapeTypeTable[i].name);
+    for (size_t i = 0; i < canvas::ShapeTypeTable.size(); ++i) {
+        app_.gShapeTypeCodes[i] = canvas::ShapeTypeTable[i].code;
+        app_.gShapeTypeNames[i] = QString::fromLatin1(canvas::ShapeTypeTable[i].name);
     }
 }
 
@@ -303,8 +276,8 @@ void frmMain::BindCanvasObjects() {
 
 void frmMain::InitCanvas() {
     const AutoPtr& view = app_.gView;
-    late::set(view, "ToolMode", SelectTool);
-    late::set(view, "DefaultToolMode", SelectTool);
+    late::set(view, "ToolMode", canvas::tool_mode::Select);
+    late::set(view, "DefaultToolMode", canvas::tool_mode::Select);
     for (const char* flag : {"ShowFlagA", "ShowFlagB", "ShowFlagC", "ShowFlagD"})
         late::set(view, flag, true);
     late::set(view, "ShowGrid", false);

@@ -6,6 +6,7 @@
 #include "CanvasEventSink.h"
 #include "LateBound.h"
 #include "PortDialogHost.h"
+#include "canvas/api/CanvasCodes.h"
 #include "canvas/api/POLARDraw.h"
 #include "core/runtime/ResumeNext.h"
 #include "core/runtime/Vb.h"
@@ -16,10 +17,8 @@ namespace tessaly {
 namespace {
 constexpr int LeftButton = 1;
 constexpr int RightButton = 2;
-constexpr int CoordinatePixels = 3; // POLARDraw.CoordinateMode of screen pixels
-constexpr int CoordinatePage = 1;   // POLARDraw.CoordinateMode of page millimetres
-constexpr int ShiftCtrl = 2;        // shift value of the Ctrl key
-constexpr int ShiftAlt = 4;         // shift value of the Alt key
+constexpr int ShiftCtrl = 2; // shift value of the Ctrl key
+constexpr int ShiftAlt = 4;  // shift value of the Alt key
 constexpr int KeyLeft = 37;
 constexpr int KeyUp = 38;
 constexpr int KeyRight = 39;
@@ -49,7 +48,7 @@ void frmMain::pointerToPage(float x, float y, int32_t& px, int32_t& py) {
     px = vb::toInt32(static_cast<double>(x));
     py = vb::toInt32(static_cast<double>(y));
     const QVariant saved = late::get(canvas1(), "CoordinateMode");
-    late::set(canvas1(), "CoordinateMode", CoordinatePixels);
+    late::set(canvas1(), "CoordinateMode", canvas::coordinate_mode::Pixels);
     QVariantList point{px, py};
     late::call(app_.gViewList, "ScreenToClient", point);
     late::set(canvas1(), "CoordinateMode", saved);
@@ -177,7 +176,7 @@ void frmMain::POLARDraw1_ShapeFinished(int, int id) {
         if (!range || late::get(range, "Count").toInt() < 1)
             return;
         const AutoPtr line = late::object(range, "Line");
-        late::set(line, "Style", 0);
+        late::set(line, "Style", canvas::line_style::Solid);
         late::set(line, "Colour", wallColour());
         late::set(line, "Weight", weight);
         late::set(range, "Stroked", true);
@@ -253,7 +252,7 @@ void frmMain::POLARDraw1_ShapeChanged() {
 void frmMain::POLARDraw1_KeyDown(int& keyCode, int& shift) {
     const AutoPtr canvas = canvas1();
     if (shift == ShiftCtrl) {
-        late::set(canvas, "CoordinateMode", CoordinatePixels);
+        late::set(canvas, "CoordinateMode", canvas::coordinate_mode::Pixels);
         auto nudge = [this](int dx, int dy) {
             if (RequireSelection())
                 late::call(late::object(app_.gSelection, "Range"), "Move", {dx, dy});
@@ -274,9 +273,9 @@ void frmMain::POLARDraw1_KeyDown(int& keyCode, int& shift) {
         default:
             break;
         }
-        late::set(canvas, "CoordinateMode", CoordinatePage);
+        late::set(canvas, "CoordinateMode", canvas::coordinate_mode::Page);
     } else if (shift == ShiftAlt) {
-        late::set(canvas, "CoordinateMode", CoordinatePixels);
+        late::set(canvas, "CoordinateMode", canvas::coordinate_mode::Pixels);
         auto resize = [this](const char* edge, int by) {
             if (!RequireSelection())
                 return;
@@ -299,7 +298,7 @@ void frmMain::POLARDraw1_KeyDown(int& keyCode, int& shift) {
         default:
             break;
         }
-        late::set(canvas, "CoordinateMode", CoordinatePage);
+        late::set(canvas, "CoordinateMode", canvas::coordinate_mode::Page);
         POLARDraw1_ShapeChanged();
     }
 }

@@ -3,6 +3,7 @@
 #include "frmMain.h"
 
 #include "LateBound.h"
+#include "canvas/api/CanvasCodes.h"
 #include "core/runtime/ResumeNext.h"
 #include "workspace/Application.h"
 #include "workspace/commands/CommandSupport.h"
@@ -10,32 +11,13 @@
 namespace tessaly {
 
 namespace {
-// View.ToolMode values.
-constexpr int32_t ToolSelect = 1;
-constexpr int32_t ToolRotate = 2;
-constexpr int32_t ToolEditPoints = 3;
-constexpr int32_t ToolDraw = 4;
-constexpr int32_t ToolUnavailable = -1; // no tool can be set now
-constexpr int32_t Unchanged = -1;       // leaves the shape type or tool option as it is
-// View.ToolOption values.
-constexpr int32_t OptionCurve = 1;
-constexpr int32_t OptionMultiPoint = 2;
-constexpr int32_t OptionFreehand = 3;
-// Shape type codes the tools draw.
-constexpr int32_t TypeFreeform = 0;
-constexpr int32_t TypeRectangle = 1;
-constexpr int32_t TypeRoundRectangle = 2;
-constexpr int32_t TypeEllipse = 3;
-constexpr int32_t TypeArc = 19;
-constexpr int32_t TypeLine = 20;
-constexpr int32_t TypePlainText = 136;
-constexpr int32_t TypeLink = 10000;
-constexpr int32_t TypeDimensionBar = 10250;
-// ShapeRange.Reorder steps.
-constexpr int ReorderToBack = 0;
-constexpr int ReorderBackOne = 1;
-constexpr int ReorderForwardOne = 2;
-constexpr int ReorderToFront = 3;
+namespace tool_mode = canvas::tool_mode;
+namespace tool_option = canvas::tool_option;
+namespace shape_type = canvas::shape_type;
+namespace reorder_step = canvas::reorder_step;
+
+constexpr int32_t Unchanged = -1; // leaves the shape type or tool option as it is
+
 // DrawingMode values set by the tools.
 constexpr int16_t ModeInternalWall = 0;
 constexpr int16_t ModeFurniture = 1;
@@ -46,12 +28,12 @@ constexpr int16_t ModeTextTool = 4;
 
 void frmMain::SetDrawingTool(int32_t& tool, int32_t& shapeType, int32_t& toolOption) {
     const AutoPtr& view = app_.gView;
-    if (late::get(view, "ToolMode").toInt() == ToolUnavailable)
+    if (late::get(view, "ToolMode").toInt() == tool_mode::Unavailable)
         return;
     late::set(view, "ToolMode", tool);
     if (shapeType != Unchanged) {
         late::set(view, "ToolShapeType", shapeType);
-        const bool linking = late::get(view, "ToolShapeType").toInt() == TypeLink;
+        const bool linking = late::get(view, "ToolShapeType").toInt() == shape_type::Link;
         late::set(late::object(view, "Options"), "ShowConnectors", linking);
     }
     if (toolOption != Unchanged)
@@ -79,7 +61,7 @@ unsigned frmMain::wallColour() const {
 void frmMain::armShape(int shapeType, const QString& status) {
     // A synced draw tool: the wall box first, then the tool, then its text.
     SyncDrawingMode();
-    int32_t tool = ToolDraw, type = shapeType, option = Unchanged;
+    int32_t tool = tool_mode::Draw, type = shapeType, option = Unchanged;
     SetDrawingTool(tool, type, option);
     SB1.setPanelText(2, status);
 }
@@ -103,7 +85,7 @@ void frmMain::setSideBarWidth(int width) {
     // canvas keeps the height the tab area's layout gave it.
     resumeNext([&] { moveMainCanvas(); });
     late::call(app_.gViewList, "CenterPage");
-    late::call(app_.gViewList, "FitTo", {0});
+    late::call(app_.gViewList, "FitTo", {canvas::fit_mode::Page});
 }
 
 void frmMain::cmdToolBarButton_Click(int index) {
@@ -129,14 +111,14 @@ void frmMain::cmdToolBarButton_Click(int index) {
         late::call(canvas1(), "Redo");
         break;
     case 5:
-        tool(ToolSelect, Unchanged, Unchanged);
+        tool(tool_mode::Select, Unchanged, Unchanged);
         SB1.setPanelText(2, QStringLiteral("Select Tool"));
         break;
     case 6:
-        tool(ToolRotate, Unchanged, Unchanged);
+        tool(tool_mode::Rotate, Unchanged, Unchanged);
         break;
     case 7:
-        tool(ToolEditPoints, Unchanged, Unchanged);
+        tool(tool_mode::EditPoints, Unchanged, Unchanged);
         break;
     case 8:
         onSelection([](const AutoPtr& r) { late::call(r, "Group"); });
@@ -148,22 +130,22 @@ void frmMain::cmdToolBarButton_Click(int index) {
         onSelection([](const AutoPtr& r) { late::call(r, "ConvertToPolygon"); });
         break;
     case 11:
-        onSelection([](const AutoPtr& r) { late::call(r, "Reorder", {ReorderToBack}); });
+        onSelection([](const AutoPtr& r) { late::call(r, "Reorder", {reorder_step::ToBack}); });
         break;
     case 12:
-        onSelection([](const AutoPtr& r) { late::call(r, "Reorder", {ReorderToFront}); });
+        onSelection([](const AutoPtr& r) { late::call(r, "Reorder", {reorder_step::ToFront}); });
         break;
     case 13:
-        onSelection([](const AutoPtr& r) { late::call(r, "Reorder", {ReorderBackOne}); });
+        onSelection([](const AutoPtr& r) { late::call(r, "Reorder", {reorder_step::BackOne}); });
         break;
     case 14:
-        onSelection([](const AutoPtr& r) { late::call(r, "Reorder", {ReorderForwardOne}); });
+        onSelection([](const AutoPtr& r) { late::call(r, "Reorder", {reorder_step::ForwardOne}); });
         break;
     case 15:
         late::call(app_.gViewList, "CenterPage");
         break;
     case 16:
-        tool(ToolDraw, TypeLink, Unchanged);
+        tool(tool_mode::Draw, shape_type::Link, Unchanged);
         break;
     case 17:
         SB1.setPanelText(1, QStringLiteral("STATUS: Default Plan Type 1 Selected"));
@@ -175,27 +157,27 @@ void frmMain::cmdToolBarButton_Click(int index) {
         openWallInput(QStringLiteral("Horizontal Wall"));
         break;
     case 21:
-        armShape(TypeRectangle, QStringLiteral("Square / Rectangle"));
+        armShape(shape_type::Rectangle, QStringLiteral("Square / Rectangle"));
         break;
     case 22:
-        armShape(TypeEllipse, QStringLiteral("Circle"));
+        armShape(shape_type::Ellipse, QStringLiteral("Circle"));
         break;
     case 23:
-        armShape(TypeArc, QStringLiteral("Curve"));
+        armShape(shape_type::Arc, QStringLiteral("Curve"));
         break;
     case 24:
         SyncDrawingMode();
-        tool(ToolDraw, TypeFreeform, OptionMultiPoint);
+        tool(tool_mode::Draw, shape_type::Freeform, tool_option::MultiPoint);
         SB1.setPanelText(2, QStringLiteral("Multi Point Wall"));
         break;
     case 25:
         SyncDrawingMode();
-        tool(ToolDraw, TypeLine, OptionMultiPoint);
+        tool(tool_mode::Draw, shape_type::Line, tool_option::MultiPoint);
         SB1.setPanelText(2, QStringLiteral("Wall"));
         break;
     case 26:
         SyncDrawingMode();
-        tool(ToolDraw, TypeFreeform, OptionFreehand);
+        tool(tool_mode::Draw, shape_type::Freeform, tool_option::Freehand);
         SB1.setPanelText(2, QStringLiteral("Scribble"));
         break;
     case 27:
@@ -223,12 +205,12 @@ void frmMain::cmdToolBarButton_Click(int index) {
             late::call(app_.gSelection, "Delete");
         break;
     case 36:
-        tool(ToolDraw, TypeDimensionBar, Unchanged);
+        tool(tool_mode::Draw, shape_type::DimensionBar, Unchanged);
         SB1.setPanelText(2, QStringLiteral("Dimension Bar"));
         DrawingMode = ModeDimensionBar;
         break;
     case 37:
-        tool(ToolDraw, TypePlainText, Unchanged);
+        tool(tool_mode::Draw, shape_type::PlainText, Unchanged);
         SB1.setPanelText(2, QStringLiteral("Text Box"));
         DrawingMode = ModeTextTool;
         break;
@@ -273,27 +255,27 @@ void frmMain::registerWorkspaceHandlers() {
         on(QString::fromLatin1(menu), QStringLiteral("Click"),
            [this, type, status](Control&, EventArgs&) { drawMenuShape(type, QString::fromLatin1(status)); });
     };
-    shape("mnuDrawRoundedSquare", TypeRoundRectangle, "Square / Rectangle");
-    shape("mnuDraw_Diamond", 4, "Diamond");
-    shape("mnuDraw_Triangle", 5, "Triangle");
-    shape("mnuDraw_RightTriangle", 6, "Right Triangle");
-    shape("mnuDraw_Parallelogram", 7, "Parallelogram");
-    shape("mnuDraw_Trapezoid", 8, "Trapezoid");
-    shape("mnuDraw_Hexagon", 9, "Hexagon");
-    shape("mnuDraw_Octagon", 10, "Octagon");
-    shape("mnuDraw_Pentagon", 56, "Pentagon");
-    shape("mnuDraw_Plus", 11, "Plus Sign");
-    shape("mnuDraw_Star", 12, "Star");
-    shape("mnuDraw_LeftArrow", 66, "LeftArrow ");
+    shape("mnuDrawRoundedSquare", shape_type::RoundRectangle, "Square / Rectangle");
+    shape("mnuDraw_Diamond", shape_type::Diamond, "Diamond");
+    shape("mnuDraw_Triangle", shape_type::IsoscelesTriangle, "Triangle");
+    shape("mnuDraw_RightTriangle", shape_type::RightTriangle, "Right Triangle");
+    shape("mnuDraw_Parallelogram", shape_type::Parallelogram, "Parallelogram");
+    shape("mnuDraw_Trapezoid", shape_type::Trapezoid, "Trapezoid");
+    shape("mnuDraw_Hexagon", shape_type::Hexagon, "Hexagon");
+    shape("mnuDraw_Octagon", shape_type::Octagon, "Octagon");
+    shape("mnuDraw_Pentagon", shape_type::Pentagon, "Pentagon");
+    shape("mnuDraw_Plus", shape_type::PlusSign, "Plus Sign");
+    shape("mnuDraw_Star", shape_type::Star, "Star");
+    shape("mnuDraw_LeftArrow", shape_type::LeftArrow, "LeftArrow ");
     on(QStringLiteral("mnuDraw_Curve"), QStringLiteral("Click"), [this](Control&, EventArgs&) {
         SyncDrawingMode();
-        int32_t tool = ToolDraw, type = TypeFreeform, option = OptionCurve;
+        int32_t tool = tool_mode::Draw, type = shape_type::Freeform, option = tool_option::Curve;
         SetDrawingTool(tool, type, option);
         SB1.setPanelText(2, QStringLiteral("Curve"));
     });
     on(QStringLiteral("mnuDraw_Link"), QStringLiteral("Click"), [this](Control&, EventArgs&) {
         if (RequireSelection()) {
-            int32_t tool = ToolDraw, type = TypeLink, option = Unchanged;
+            int32_t tool = tool_mode::Draw, type = shape_type::Link, option = Unchanged;
             SetDrawingTool(tool, type, option);
         }
     });

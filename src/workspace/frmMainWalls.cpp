@@ -2,6 +2,7 @@
 #include "frmMain.h"
 
 #include "LateBound.h"
+#include "canvas/api/CanvasCodes.h"
 #include "core/runtime/Vb.h"
 #include "workspace/Application.h"
 
@@ -11,7 +12,7 @@ namespace {
 constexpr int KeypadCancel = 10; // WallInputButton indices beyond the digits
 constexpr int KeypadClear = 11;
 constexpr int KeypadOk = 12;
-constexpr int WallType = 1;   // a section wall is a rectangle
+constexpr int WallType = canvas::shape_type::Rectangle; // a section wall is a rectangle
 constexpr int WallOrigin = 5; // every section wall starts 5 mm in from the page's top left corner
 } // namespace
 

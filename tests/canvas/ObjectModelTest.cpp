@@ -46,6 +46,16 @@ TEST_F(Fixture, AddShapeByNameWalkAndReadBack) {
     EXPECT_EQ(get(obj(shapes, "", {1}), "Id").toInt(), get(shape, "Id").toInt());
 }
 
+TEST_F(Fixture, ViewOfTheCanvasIsTheDefaultViewOfItsViewList) {
+    const AutoPtr direct = obj(canvas, "View");
+    ASSERT_NE(direct, nullptr);
+    EXPECT_EQ(direct, view);
+    EXPECT_EQ(direct->typeName(), QStringLiteral("View"));
+    direct->set(QStringLiteral("Zoom"), 150);
+    EXPECT_EQ(get(view, "Zoom").toInt(), 150);
+    EXPECT_EQ(errorOf([&] { canvas->set(QStringLiteral("View"), 1); }), 383);
+}
+
 TEST_F(Fixture, EmptyPageHasNoShapesAndTheRangeIsNothing) {
     EXPECT_EQ(get(shapes, "Count").toInt(), 0);
     const QVariant range = get(selection, "Range");

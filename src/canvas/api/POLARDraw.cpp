@@ -178,17 +178,17 @@ void POLARDraw::fitTo(int mode) {
     QRectF area(0, 0, p.width, p.height);
     bool byWidth = true, byHeight = true;
     switch (mode) {
-    case 0:
+    case fit_mode::Page:
         break;
-    case 1:
+    case fit_mode::Selection:
         if (selection_.empty())
             return;
         area = boundsOf(selection_);
         break;
-    case 2:
+    case fit_mode::Width:
         byHeight = false;
         break;
-    case 3:
+    case fit_mode::Height:
         byWidth = false;
         break;
     default:

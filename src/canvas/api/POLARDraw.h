@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CanvasCodes.h"
 #include "canvas/engine/CanvasDialogHost.h"
 #include "canvas/engine/CanvasEvents.h"
 #include "canvas/engine/ViewGeometry.h"
@@ -25,20 +26,6 @@ class ShapeList;
 class Selection;
 class GuideList;
 
-// Units of POLARDraw.CoordinateMode.
-namespace coordinate_mode {
-constexpr int Page = 1;   // page millimetres
-constexpr int Pixels = 3; // screen pixels of the current zoom, from the page's top-left corner
-} // namespace coordinate_mode
-
-// POLARDraw.SaveFile formats.
-namespace save_format {
-constexpr int Pdr = 1;
-constexpr int Emf = 2;
-constexpr int Bmp = 3;
-constexpr int Png = 4;
-} // namespace save_format
-
 // Resolution of BMP and PNG exports of the whole page. Pages so large that
 // the image would pass ExportMaxPixels are written at a lower resolution.
 constexpr int ExportDpi = 150;
@@ -46,10 +33,10 @@ constexpr double ExportMaxPixels = 64.0 * 1024 * 1024;
 
 // View switches and tool settings (View, ViewOptions).
 struct ViewSettings {
-    int toolMode = 1;
-    int toolShapeType = 1;
-    int toolOption = 0;
-    int defaultToolMode = 1;
+    int toolMode = tool_mode::Select;
+    int toolShapeType = shape_type::Rectangle;
+    int toolOption = 0; // no variant of the draw tool
+    int defaultToolMode = tool_mode::Select;
     bool showGrid = false;
     bool snapToGrid = false;
     bool showGuides = true;
@@ -273,6 +260,8 @@ public:
     void set(const QString& name, const QVariant& value, const QVariantList& index = {}) override;
     QVariant call(const QString& name, QVariantList& args) override;
     QStringList memberNames() const override;
+    // The names of the control's members, as memberNames gives them.
+    static QStringList classMemberNames();
 
 private:
     POLARDraw();

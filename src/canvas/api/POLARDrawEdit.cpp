@@ -324,25 +324,25 @@ void POLARDraw::reorderShapes(const std::vector<int>& ids, int step) {
     const int n = drawing().count();
     const int k = static_cast<int>(positions.size());
     switch (step) {
-    case 0: // to the back, keeping their order
+    case reorder_step::ToBack: // keeping their order
         for (int i = 0; i < k; ++i)
             doc_.moveShape(positions[static_cast<size_t>(i)], i);
         break;
-    case 1: // back one level
+    case reorder_step::BackOne:
         for (int i = 0; i < k; ++i) {
             const int pos = positions[static_cast<size_t>(i)];
             if (pos > i)
                 doc_.moveShape(pos, pos - 1);
         }
         break;
-    case 2: // forward one level
+    case reorder_step::ForwardOne:
         for (int i = k - 1; i >= 0; --i) {
             const int pos = positions[static_cast<size_t>(i)];
             if (pos < n - (k - i))
                 doc_.moveShape(pos, pos + 1);
         }
         break;
-    case 3: // to the front
+    case reorder_step::ToFront:
         for (int i = k - 1; i >= 0; --i)
             doc_.moveShape(positions[static_cast<size_t>(i)], n - (k - i));
         break;

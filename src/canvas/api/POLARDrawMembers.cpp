@@ -22,6 +22,8 @@ const M& table() {
         M m;
         m.prop("Page", [](POLARDraw& c, const QVariantList&) { return toVariant(c.page()); });
         m.prop("Views", [](POLARDraw& c, const QVariantList&) { return toVariant(c.views()); });
+        // The default view of Views, the same object as Views.Item: read-only.
+        m.prop("View", [](POLARDraw& c, const QVariantList&) { return toVariant(c.view()); });
         m.prop(
             "Zoom", [](POLARDraw& c, const QVariantList&) { return QVariant(c.zoom()); },
             [](POLARDraw& c, const QVariant& v, const QVariantList&) { c.setZoom(vb::toInt32(v)); });
@@ -106,6 +108,10 @@ QVariant POLARDraw::call(const QString& name, QVariantList& args) {
 }
 
 QStringList POLARDraw::memberNames() const {
+    return classMemberNames();
+}
+
+QStringList POLARDraw::classMemberNames() {
     return table().names();
 }
 

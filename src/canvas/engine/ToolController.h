@@ -1,5 +1,6 @@
 #pragma once
 
+#include "canvas/api/CanvasCodes.h"
 #include "canvas/model/ShapeData.h"
 
 #include <QPointF>
@@ -10,22 +11,6 @@
 namespace tessaly::canvas {
 
 class POLARDraw;
-
-// Tool modes of View.ToolMode.
-namespace tool_mode {
-constexpr int Unavailable = -1; // no tool can be set now
-constexpr int Select = 1;
-constexpr int Rotate = 2;
-constexpr int EditPoints = 3;
-constexpr int Draw = 4;
-} // namespace tool_mode
-
-// Variants of the draw tool (View.ToolOption).
-namespace tool_option {
-constexpr int Curve = 1;      // with shape type 0: a smooth curve, a click per point
-constexpr int MultiPoint = 2; // with type 0: a click per point; with type 20: one straight line
-constexpr int Freehand = 3;   // with type 0: a freehand stroke
-} // namespace tool_option
 
 // Key codes the canvas handles itself.
 namespace key_code {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CanvasPicture.h"
+#include "canvas/api/CanvasCodes.h"
 
 #include <QString>
 #include <cstdint>
@@ -13,14 +14,6 @@ using Colour = uint32_t;
 
 constexpr Colour White = 0xFFFFFF;
 constexpr Colour Black = 0x000000;
-
-// Fill kinds of FillFormat.Type.
-namespace fill_type {
-constexpr int Solid = 0;   // one colour
-constexpr int Shade = 1;   // gradient from the fill colour to the back colour
-constexpr int Pattern = 2; // hatch of the fill colour on the back colour
-constexpr int Texture = 3; // a picture tiled over the shape
-} // namespace fill_type
 
 // Hatch patterns of a pattern fill; the last four are the plan hatches.
 namespace hatch {
@@ -45,16 +38,6 @@ constexpr int Radial = 2;     // from the centre outwards
 constexpr int Count = 3;
 } // namespace shade
 
-// Line styles of LineFormat.Style.
-namespace line_style {
-constexpr int Solid = 0;
-constexpr int Dash = 1;
-constexpr int Dot = 2;
-constexpr int DashDot = 3;
-constexpr int DashDotDot = 4;
-constexpr int Count = 5;
-} // namespace line_style
-
 // Arrow heads at either end of a line.
 namespace arrow {
 constexpr int None = 0;
@@ -65,16 +48,8 @@ constexpr int Dot = 4;      // a filled circle
 constexpr int Count = 5;
 } // namespace arrow
 
-// Lens codes of LensFormat.Type.
+// Whether `code` is one of the lens codes of CanvasCodes.h.
 namespace lens {
-constexpr int BrightenDarken = 0;
-constexpr int AddColour = 1;
-constexpr int LimitColour = 2;
-constexpr int CustomPalette = 3;
-constexpr int Heatmap = 5;
-constexpr int Invert = 6;
-constexpr int TintedGrayscale = 8;
-constexpr int Transparency = 9;
 bool isKnown(int code);
 } // namespace lens
 

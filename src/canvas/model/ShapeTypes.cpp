@@ -18,56 +18,13 @@ bool isTextType(int code) {
 }
 
 QString displayName(int code) {
-    switch (code) {
-    case Arc:
-        return QStringLiteral("Arc");
-    case Diamond:
-        return QStringLiteral("Diamond");
-    case DimensionBar:
-        return QStringLiteral("Dimension Bar");
-    case Ellipse:
-        return QStringLiteral("Ellipse");
-    case Freeform:
-        return QStringLiteral("Freeform");
-    case Hexagon:
-        return QStringLiteral("Hexagon");
-    case IsoscelesTriangle:
-        return QStringLiteral("Isosceles Triangle");
-    case LeftArrow:
-        return QStringLiteral("Left Arrow");
-    case Line:
-        return QStringLiteral("Line");
-    case Link:
-        return QStringLiteral("Link");
-    case Octagon:
-        return QStringLiteral("Octagon");
-    case Parallelogram:
-        return QStringLiteral("Parallelogram");
-    case Pentagon:
-        return QStringLiteral("Pentagon");
-    case PlainText:
-        return QStringLiteral("Plain Text");
-    case PlusSign:
-        return QStringLiteral("Plus Sign");
-    case Rectangle:
-        return QStringLiteral("Rectangle");
-    case RightTriangle:
-        return QStringLiteral("Right Triangle");
-    case RoundRectangle:
-        return QStringLiteral("Round Rectangle");
-    case Star:
-        return QStringLiteral("Star");
-    case TextBox:
-        return QStringLiteral("Text Box");
-    case Trapezoid:
-        return QStringLiteral("Trapezoid");
-    case Picture:
+    if (code == Picture)
         return QStringLiteral("Picture");
-    case Group:
+    if (code == Group)
         return QStringLiteral("Group");
-    default:
-        return {};
-    }
+    const auto it = std::find_if(ShapeTypeTable.begin(), ShapeTypeTable.end(),
+                                 [code](const ShapeTypeEntry& e) { return e.code == code; });
+    return it == ShapeTypeTable.end() ? QString() : QString::fromLatin1(it->name);
 }
 
 } // namespace tessaly::canvas::shape_type

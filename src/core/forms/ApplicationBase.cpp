@@ -13,7 +13,7 @@ ApplicationBase::ApplicationBase(UiPort& uiPort, Waiter& w, AppHome appHome)
 ApplicationBase::~ApplicationBase() = default;
 
 void ApplicationBase::registerForm(const QString& name, std::function<FormPtr(ApplicationBase&)> factory) {
-    factories_[key(name)] = std::move(factory);
+    factories_[key(name)] = {name, std::move(factory)};
 }
 
 void ApplicationBase::extendForm(const QString& name, std::function<void(Form&)> extension) {
@@ -22,6 +22,13 @@ void ApplicationBase::extendForm(const QString& name, std::function<void(Form&)>
 
 bool ApplicationBase::isForm(const QString& name) const {
     return factories_.contains(key(name));
+}
+
+QStringList ApplicationBase::registeredForms() const {
+    QStringList names;
+    for (const auto& [k, factory] : factories_)
+        names << factory.name;
+    return names;
 }
 
 Form* ApplicationBase::loaded(const QString& name) const {
@@ -42,7 +49,7 @@ Form& ApplicationBase::form(const QString& name) {
     const auto it = factories_.find(key(name));
     if (it == factories_.end())
         raiseError(err::NotSupported, QStringLiteral("No window named %1").arg(name));
-    FormPtr f = it->second(*this);
+    FormPtr f = it->second.make(*this);
     for (const auto& extend : extensions_[key(name)])
         extend(*f);
     forms_[key(name)] = f;
@@ -103,7 +110,8 @@ bool ApplicationBase::dispatch(const std::function<void()>& handler) {
         showDefaultError(e);
     } catch (const std::exception& e) {
         ok = false;
-        showDefaultError(RuntimeError(51, QStringLiteral("Internal error: %1").arg(QString::fromUtf8(e.what()))));
+        showDefaultError(
+            RuntimeError(51, QStringLiteral("Internal error: %1").arg(QString::fromUtf8(e.what()))));
     }
     --dispatchDepth_;
     if (dispatchDepth_ == 0)

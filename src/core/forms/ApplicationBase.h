@@ -50,6 +50,8 @@ public:
     template <class T> T& form() { return static_cast<T&>(form(T::FormName)); }
     Form* loaded(const QString& name) const;
     bool isForm(const QString& name) const;
+    // The names of every registered form, as registered, in alphabetical order.
+    QStringList registeredForms() const;
     std::vector<Form*> loadedForms() const;
 
     // Shows a form; a modal form goes on the modal stack. A modal Show is the
@@ -95,7 +97,11 @@ protected:
 private:
     static QString key(const QString& n) { return n.toLower(); }
 
-    std::map<QString, std::function<FormPtr(ApplicationBase&)>> factories_;
+    struct Factory {
+        QString name; // as registered
+        std::function<FormPtr(ApplicationBase&)> make;
+    };
+    std::map<QString, Factory> factories_;
     std::map<QString, std::vector<std::function<void(Form&)>>> extensions_;
     std::map<QString, FormPtr> forms_;
     std::vector<FormPtr> unloaded_;

@@ -1,6 +1,8 @@
 #include "Form.h"
 
 #include "ApplicationBase.h"
+#include "ControlEvents.h"
+#include "WiringError.h"
 #include "core/runtime/RuntimeError.h"
 #include "core/runtime/Vb.h"
 
@@ -51,19 +53,48 @@ Control& Form::control(const QString& name, int index) const {
     raiseError(err::NoControl, QStringLiteral("Control '%1' not found").arg(name));
 }
 
+void Form::checkWiring(const QString& control, const QString& event) const {
+    const auto it = controls_.find(key(control));
+    if (it == controls_.end() || it->second.empty())
+        throw WiringError(name_, control, event, QStringLiteral("the form has no control of that name"));
+    for (const auto& [index, c] : it->second)
+        if (!control_events::raises(c->kind(), event))
+            throw WiringError(name_, control, event,
+                              QStringLiteral("a %1 never raises %2").arg(controlKindName(c->kind()), event));
+}
+
 void Form::on(const QString& control, const QString& event, ControlHandler handler) {
-    handlers_[key(control) + QLatin1Char('.') + key(event)] = std::move(handler);
+    checkWiring(control, event);
+    handlers_[key(control) + QLatin1Char('.') + key(event)] = {control + QLatin1Char('.') + event,
+                                                               std::move(handler)};
 }
 
 void Form::onForm(const QString& event, FormHandler handler) {
-    formHandlers_[key(event)] = std::move(handler);
+    if (!control_events::formRaises(event))
+        throw WiringError(name_, QString(), event, QStringLiteral("a form never raises %1").arg(event));
+    formHandlers_[key(event)] = {event, std::move(handler)};
 }
 
 bool Form::hasHandler(const QString& control, const QString& event) const {
     return handlers_.contains(key(control) + QLatin1Char('.') + key(event));
 }
 
-void Form::member(const QString& name, std::function<QVariant()> getter, std::function<void(const QVariant&)> setter) {
+QStringList Form::handlerNames() const {
+    QStringList names;
+    for (const auto& [k, wired] : handlers_)
+        names << wired.name;
+    return names;
+}
+
+QStringList Form::formHandlerNames() const {
+    QStringList names;
+    for (const auto& [k, wired] : formHandlers_)
+        names << wired.name;
+    return names;
+}
+
+void Form::member(const QString& name, std::function<QVariant()> getter,
+                  std::function<void(const QVariant&)> setter) {
     members_[key(name)] = Member{name, std::move(getter), std::move(setter)};
 }
 
@@ -76,7 +107,7 @@ bool Form::raiseEvent(Control& control, const QString& event, EventArgs& args) {
     if (it == handlers_.end())
         return true;
     // The handler may unload this form; keep the handler alive while it runs.
-    const ControlHandler handler = it->second;
+    const ControlHandler handler = it->second.handler;
     return app_.dispatch([&] { handler(control, args); });
 }
 
@@ -89,7 +120,7 @@ bool Form::raiseFormEvent(const QString& event, EventArgs& args) {
     const auto it = formHandlers_.find(key(event));
     if (it == formHandlers_.end())
         return true;
-    const FormHandler handler = it->second;
+    const FormHandler handler = it->second.handler;
     return app_.dispatch([&] { handler(args); });
 }
 

@@ -46,13 +46,16 @@ public:
     const std::vector<ControlPtr>& controls() const { return order_; }
 
     // Handlers. `on("cmdSave", "Click", ...)` for a control or array;
-    // `onForm("Load", ...)` for the form.
+    // `onForm("Load", ...)` for the form. A handler for a control the form
+    // does not have (yet), or for an event that the control's kind or a form
+    // never raises, is a WiringError at once.
     void on(const QString& control, const QString& event, ControlHandler handler);
     void onForm(const QString& event, FormHandler handler);
     bool hasHandler(const QString& control, const QString& event) const;
 
     // Form state and public routines by name, for the script driver.
-    void member(const QString& name, std::function<QVariant()> getter, std::function<void(const QVariant&)> setter = {});
+    void member(const QString& name, std::function<QVariant()> getter,
+                std::function<void(const QVariant&)> setter = {});
     void routine(const QString& name, Routine routine);
 
     // Raises a control event: runs its handler, if any, under the
@@ -94,16 +97,26 @@ public:
     // platform's PopupMenu); the view sets it.
     std::function<void(const QString& menuName)> onPopupMenu;
 
+    // The registered handlers, named as registered: "cmdSave.Click" for a
+    // control or array, "Load" for the form.
+    QStringList handlerNames() const;
+    QStringList formHandlerNames() const;
+
 private:
     static QString key(const QString& name) { return name.toLower(); }
+    void checkWiring(const QString& control, const QString& event) const;
 
     ApplicationBase& app_;
     QString name_;
     QString caption_;
     std::vector<ControlPtr> order_;
     std::map<QString, std::map<int, ControlPtr>> controls_;
-    std::map<QString, ControlHandler> handlers_;
-    std::map<QString, FormHandler> formHandlers_;
+    template <class Handler> struct Wired {
+        QString name; // as registered
+        Handler handler;
+    };
+    std::map<QString, Wired<ControlHandler>> handlers_;
+    std::map<QString, Wired<FormHandler>> formHandlers_;
     struct Member {
         QString name;
         std::function<QVariant()> getter;

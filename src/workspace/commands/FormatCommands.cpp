@@ -1,3 +1,4 @@
+#include "canvas/api/CanvasCodes.h"
 #include "core/common/CommonRoutines.h"
 #include "workspace/Application.h"
 #include "workspace/commands/CommandSupport.h"
@@ -10,8 +11,6 @@ namespace tessaly {
 using namespace commands;
 
 namespace {
-constexpr int SolidFill = 0; // FillFormat.Type of a plain colour fill
-
 const QString TextureFilter =
     QStringLiteral("Bitmap files (*.bmp)|*.bmp|JPEG files (*.jpg)|*.jpg|GIF files "
                    "(*.gif)|*.gif|Metafiles (*.wmf;*.emf)|*.wmf;*.emf|All Files (*.*)|*.*");
@@ -32,7 +31,7 @@ void guardedCanvasCall(frmMain& form, Application& app, const char* menu, const 
 void fillColour(Application& app) {
     const AutoPtr range = selectedRange(app);
     const AutoPtr fill = object(range, "Fill");
-    put(fill, "Type", SolidFill);
+    put(fill, "Type", canvas::fill_type::Solid);
     // A cancelled colour dialog writes the old colour back, and the shape is
     // filled all the same.
     uint32_t colour = get(fill, "Colour").toUInt();

@@ -1,5 +1,6 @@
 #include "workspace/commands/PageZoomCommands.h"
 
+#include "canvas/api/CanvasCodes.h"
 #include "core/runtime/Vb.h"
 #include "workspace/Application.h"
 #include "workspace/commands/CommandSupport.h"
@@ -24,8 +25,7 @@ constexpr int PortraitZoomLess = 25; // portrait pages are shown this much small
 constexpr int ShortSide = 210;       // A4's short side in page millimetres
 constexpr int LongSide = 295;        // A4's long side as Tessaly has it
 
-// The fit modes of ViewList.FitTo.
-constexpr int FitPage = 0, FitSelection = 1, FitWidth = 2, FitHeight = 3;
+namespace fit_mode = canvas::fit_mode;
 
 constexpr int ZoomEntries[] = {10, 20, 30, 40, 50, 60, 70, 80, 90, 100, 200, 300, 400, 500};
 
@@ -78,7 +78,7 @@ void ChangePageOrientation(frmMain& form, Application& app, bool landscape) {
     invoke(form.canvas1(), "RefreshScreen");
     invoke(form.canvas1(), "ShowPageSetup");
     // 8.
-    invoke(app.gViewList, "FitTo", {FitPage});
+    invoke(app.gViewList, "FitTo", {fit_mode::Page});
     // 9.
     if (!landscape)
         app.ui.setMousePointer(pointer::Default);
@@ -107,12 +107,12 @@ void registerPageZoomCommands(frmMain& form, Application& app) {
             put(app.gView, "Zoom", percent);
             moveSlider(form, percent);
         });
-    fit(form, app, "mnuView_Page_FitToPage", FitPage);
-    fit(form, app, "mnuPopou_Page_FitToPage", FitPage);
-    fit(form, app, "mnuView_Page_FitToSelection", FitSelection);
-    fit(form, app, "mnuPopou_Page_FitToSelection", FitSelection);
-    fit(form, app, "mnuView_Page_FitToScreenWidth", FitWidth);
-    fit(form, app, "mnuView_Page_FitToScreenHeight", FitHeight);
+    fit(form, app, "mnuView_Page_FitToPage", fit_mode::Page);
+    fit(form, app, "mnuPopou_Page_FitToPage", fit_mode::Page);
+    fit(form, app, "mnuView_Page_FitToSelection", fit_mode::Selection);
+    fit(form, app, "mnuPopou_Page_FitToSelection", fit_mode::Selection);
+    fit(form, app, "mnuView_Page_FitToScreenWidth", fit_mode::Width);
+    fit(form, app, "mnuView_Page_FitToScreenHeight", fit_mode::Height);
     onClick(form, QStringLiteral("mnuPopup_Center"), [&app] { invoke(app.gViewList, "CenterPage"); });
     onClick(form, QStringLiteral("mnuPopup_Refresh"), [&form] { invoke(form.canvas1(), "RefreshScreen"); });
     onClick(form, QStringLiteral("mnuView_Page_Settings"), [&app] { app.show(app.form<frmPaper>(), true); });

@@ -1,3 +1,4 @@
+#include "canvas/api/CanvasCodes.h"
 #include "core/runtime/Vb.h"
 #include "workspace/Application.h"
 #include "workspace/commands/CommandSupport.h"
@@ -9,11 +10,7 @@ namespace tessaly {
 using namespace commands;
 
 namespace {
-constexpr int SelectTool = 1;      // View.ToolMode of the select tool
-constexpr int NoToolChange = -1;   // View.ToolMode while no tool can be set
 constexpr int StatusToolPanel = 2; // the status bar panel that records the tool
-// ShapeRange.Reorder steps.
-constexpr int ToBack = 0, ToFront = 3;
 
 constexpr int RotateAngles[] = {45, 90, 180, 225, 270, 315};
 
@@ -69,17 +66,17 @@ void registerShapeEditCommands(frmMain& form, Application& app) {
     onClick(form, QStringLiteral("mnuPopup_Paste"), [&form] { invoke(form.canvas1(), "Paste"); });
     onClick(form, QStringLiteral("mnuPopup_SelectTool"), [&form, &app] {
         // As the select button of the tool strip: the tool, then the status text.
-        if (vb::toInt32(get(app.gView, "ToolMode")) != NoToolChange)
-            put(app.gView, "ToolMode", SelectTool);
+        if (vb::toInt32(get(app.gView, "ToolMode")) != canvas::tool_mode::Unavailable)
+            put(app.gView, "ToolMode", canvas::tool_mode::Select);
         form.SB1.setPanelText(StatusToolPanel, QStringLiteral("Select Tool"));
     });
     onClick(form, QStringLiteral("mnuEdit_SelectAll"), [&app] { invoke(app.gShapeList, "SelectAll"); });
     guarded(form, app, QStringLiteral("mnuPopup_Delete"),
             [&app](const AutoPtr&) { invoke(app.gSelection, "Delete"); });
     guarded(form, app, QStringLiteral("mnuPopup_SendToBack"),
-            [](const AutoPtr& range) { invoke(range, "Reorder", {ToBack}); });
+            [](const AutoPtr& range) { invoke(range, "Reorder", {canvas::reorder_step::ToBack}); });
     guarded(form, app, QStringLiteral("mnuPopup_BringToFront"),
-            [](const AutoPtr& range) { invoke(range, "Reorder", {ToFront}); });
+            [](const AutoPtr& range) { invoke(range, "Reorder", {canvas::reorder_step::ToFront}); });
     for (int angle : RotateAngles)
         guarded(form, app, QStringLiteral("mnuPopup_Rotate%1").arg(angle),
                 [angle](const AutoPtr& range) { invoke(range, "Rotate", {angle}); });

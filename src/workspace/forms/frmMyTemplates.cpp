@@ -1,5 +1,6 @@
 #include "workspace/forms/frmMyTemplates.h"
 
+#include "canvas/api/CanvasCodes.h"
 #include "canvas/api/POLARDraw.h"
 #include "core/db/Ado.h"
 #include "core/db/Connection.h"
@@ -21,7 +22,6 @@ const QString DefaultTemplate = QStringLiteral("Default Template"); // the name 
 const QString TemplateQuery = QStringLiteral("SELECT * FROM TemplateFiles;");
 const QString SystemBlank = QStringLiteral("System.pdr"); // the blank new templates start from
 const QString PdrExtension = QStringLiteral(".pdr");
-constexpr int PdrFormat = 1;          // POLARDraw.SaveFile format of a drawing file
 constexpr int SettleMs = 500;         // pause between saving one template and loading the next
 constexpr int ExtensionLength = 4;    // ".pdr", cut from an imported file's title
 constexpr int CanvasWidthLess = 100;  // PD1 is this much narrower than the window's inside (twips)
@@ -201,7 +201,7 @@ void frmMyTemplates::LoadTemplateFile() {
         // The template in view is saved without asking.
         const QString current = templatePath(CurrentTemplate);
         if (!current.isEmpty())
-            invoke(PD1.inner, "SaveFile", {fs::toHost(current), PdrFormat});
+            invoke(PD1.inner, "SaveFile", {fs::toHost(current), canvas::save_format::Pdr});
         app_.sleep(SettleMs);
         loadIntoCanvas(templatePath(cboTemplate.text()));
         showLoadedTemplate();
@@ -216,7 +216,7 @@ void frmMyTemplates::LoadTemplateFile() {
 }
 
 void frmMyTemplates::cmdSave_Click() {
-    invoke(PD1.inner, "SaveFile", {fs::toHost(templatePath(CurrentTemplate)), PdrFormat});
+    invoke(PD1.inner, "SaveFile", {fs::toHost(templatePath(CurrentTemplate)), canvas::save_format::Pdr});
 }
 
 void frmMyTemplates::cmdNewTemplateFile_Click() {
@@ -232,7 +232,7 @@ void frmMyTemplates::cmdNewTemplateFile_Click() {
     loadIntoCanvas(app_.gTemplateFolder + SystemBlank);
     invoke(PD1.inner, "Redraw");
     app_.ui.doEvents();
-    invoke(PD1.inner, "SaveFile", {fs::toHost(templatePath(name)), PdrFormat});
+    invoke(PD1.inner, "SaveFile", {fs::toHost(templatePath(name)), canvas::save_format::Pdr});
     AddTemplateRecord(name);
     cboTemplate.setText(name);
     CurrentTemplate = name;

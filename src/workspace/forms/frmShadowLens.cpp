@@ -1,5 +1,6 @@
 #include "workspace/forms/frmShadowLens.h"
 
+#include "canvas/api/CanvasCodes.h"
 #include "core/common/CommonRoutines.h"
 #include "core/runtime/Vb.h"
 #include "workspace/Application.h"
@@ -10,6 +11,8 @@ namespace tessaly {
 using namespace commands;
 
 namespace {
+namespace lens = canvas::lens;
+
 constexpr int NoLens = -1; // the code of "Nothing": the lens is switched off
 
 // Which controls each lens code uses: the percentage slider, the start
@@ -22,10 +25,14 @@ struct LensEntry {
     bool endColour;
 };
 constexpr LensEntry LensTable[frmShadowLens::LensCount] = {
-    {"Transparency", 9, true, false, false},     {"Brighten/Darken", 0, true, false, false},
-    {"Add Color", 1, true, true, false},         {"Limit Color", 2, true, true, false},
-    {"Custom Palette", 3, false, true, true},    {"Invert", 6, false, false, false},
-    {"Tinted Grayscale", 8, false, true, false}, {"Heatmap Palette", 5, false, false, false},
+    {"Transparency", lens::Transparency, true, false, false},
+    {"Brighten/Darken", lens::BrightenDarken, true, false, false},
+    {"Add Color", lens::AddColour, true, true, false},
+    {"Limit Color", lens::LimitColour, true, true, false},
+    {"Custom Palette", lens::CustomPalette, false, true, true},
+    {"Invert", lens::Invert, false, false, false},
+    {"Tinted Grayscale", lens::TintedGrayscale, false, true, false},
+    {"Heatmap Palette", lens::Heatmap, false, false, false},
     {"Nothing", NoLens, false, false, false},
 };
 

@@ -1,16 +1,16 @@
 #include "RecordReading.h"
 
+#include "Dib.h"
 #include "RecordTypes.h"
 
 namespace tessaly::metafile {
 
 namespace {
 
-// Offsets in a DIB header: its size (12 for the old BITMAPCOREHEADER, whose
-// rows always run bottom-up), and the height, negative for top-down rows.
+// Offsets in a DIB header: its size, and the height (negative for top-down
+// rows) of the forms newer than BITMAPCOREHEADER.
 constexpr qsizetype DibHeaderSizeOffset = 0;
 constexpr qsizetype DibHeightOffset = 8;
-constexpr uint32_t CoreHeaderSize = 12;
 
 } // namespace
 
@@ -63,7 +63,7 @@ std::optional<GdiBrush> blitFill(uint32_t rop) {
 std::optional<QImage> blitSource(QImage image, const ByteReader& header, const QRect& source,
                                  const QRectF& destination) {
     const bool bottomUp =
-        header.i32At(DibHeightOffset) > 0 && header.u32At(DibHeaderSizeOffset) != CoreHeaderSize;
+        header.i32At(DibHeightOffset) > 0 && header.u32At(DibHeaderSizeOffset) != dib::CoreHeaderSize;
     QRect src = source.normalized();
     if (bottomUp)
         src.moveTop(image.height() - src.top() - src.height());

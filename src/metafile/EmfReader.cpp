@@ -14,10 +14,6 @@ namespace {
 
 // Size of LOGFONTW: 28 bytes of numbers and a 32-character face name.
 constexpr qsizetype LogFontSize = 92;
-// Characters of the face name of a LOGFONTW.
-constexpr qsizetype FaceNameChars = 32;
-// Escapements are tenths of a degree, taken within one turn.
-constexpr int TenthsPerTurn = 3600;
 // Offset of a record's parameters, after its type and size.
 constexpr qsizetype RecordParameters = 8;
 

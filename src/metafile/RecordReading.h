@@ -16,6 +16,10 @@ namespace tessaly::metafile {
 
 // Deepest SaveDC nesting that a reader keeps; deeper saves are ignored.
 constexpr size_t MaxSavedStates = 1024;
+// Characters of the face name of a LOGFONT (bytes in a WMF, UTF-16 in an EMF).
+constexpr qsizetype FaceNameChars = 32;
+// Font escapements are tenths of a degree, taken within one turn.
+constexpr int TenthsPerTurn = 3600;
 
 // A COLORREF (0x00BBGGRR) as a colour.
 QColor fromColourRef(uint32_t ref);

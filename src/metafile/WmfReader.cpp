@@ -16,10 +16,6 @@ namespace {
 constexpr size_t MaxObjects = 65535;
 // Size of a record's own header: its size in words (32 bits) and its function (16 bits).
 constexpr qsizetype RecordHeaderSize = 6;
-// Characters of the face name of a LOGFONT.
-constexpr qsizetype FaceNameChars = 32;
-// Escapements are tenths of a degree, taken within one turn.
-constexpr int TenthsPerTurn = 3600;
 // The side of the square that SetPixel paints, in logical units.
 constexpr double PixelSide = 2;
 

@@ -17,8 +17,9 @@ constexpr qint64 MaxPixels = 256LL * 1024 * 1024;
 // Compression codes of a BITMAPINFOHEADER that embed a whole JPEG or PNG file.
 constexpr uint32_t BiJpeg = 4;
 constexpr uint32_t BiPng = 5;
-// Size of the oldest header form, BITMAPCOREHEADER.
-constexpr uint32_t CoreHeaderSize = 12;
+// Bytes of a colour table entry: RGBQUAD, and the RGBTRIPLE of the oldest header form.
+constexpr int RgbQuadSize = 4;
+constexpr int RgbTripleSize = 3;
 
 qsizetype rowStride(int width, int bitCount) {
     return ((static_cast<qsizetype>(width) * bitCount + 31) / 32) * 4;
@@ -50,6 +51,149 @@ int maskScale(uint32_t value, uint32_t mask) {
     const int shift = maskShift(mask);
     const uint32_t max = mask >> shift;
     return static_cast<int>(((value & mask) >> shift) * 255 / max);
+}
+
+// The fields of a BITMAPINFOHEADER, or of the older BITMAPCOREHEADER, that decoding uses.
+struct InfoHeader {
+    uint32_t size = 0; // of the header, where its colour table starts
+    int32_t width = 0;
+    int32_t height = 0; // negative: the rows run top-down
+    uint16_t bitCount = 0;
+    uint32_t compression = gdi::BiRgb;
+    uint32_t coloursUsed = 0;
+    int paletteEntrySize = RgbQuadSize;
+};
+
+InfoHeader readCoreHeader(ByteReader& h) {
+    InfoHeader info;
+    info.size = CoreHeaderSize;
+    info.width = h.u16();
+    info.height = h.i16();
+    h.u16(); // planes
+    info.bitCount = h.u16();
+    info.paletteEntrySize = RgbTripleSize;
+    return info;
+}
+
+InfoHeader readInfoHeader(ByteReader& h, qsizetype headerSize) {
+    const uint32_t size = h.u32();
+    InfoHeader info;
+    if (size == CoreHeaderSize) {
+        info = readCoreHeader(h);
+    } else {
+        if (size < InfoHeaderSize || size > static_cast<uint32_t>(headerSize))
+            raiseInvalidPicture("bitmap header size");
+        info.size = size;
+        info.width = h.i32();
+        info.height = h.i32();
+        h.u16(); // planes
+        info.bitCount = h.u16();
+        info.compression = h.u32();
+        h.u32(); // image size
+        h.i32(); // pixels per metre
+        h.i32();
+        info.coloursUsed = h.u32();
+        h.u32(); // colours important
+    }
+    const uint16_t b = info.bitCount;
+    if (b != 1 && b != 4 && b != 8 && b != 16 && b != 24 && b != 32)
+        raiseInvalidPicture("bitmap bit count");
+    return info;
+}
+
+// The number of rows, once the bitmap's size is known to be one Tessaly reads.
+int checkedRows(const InfoHeader& info) {
+    const int32_t height = info.height;
+    const int rows = height < 0 ? (height == INT32_MIN ? MaxSide + 1 : -height) : height;
+    if (info.width <= 0 || rows <= 0 || info.width > MaxSide || rows > MaxSide ||
+        static_cast<qint64>(info.width) * rows > MaxPixels)
+        raiseInvalidPicture("bitmap size");
+    return rows;
+}
+
+// What turns the pixels' values into colours: the palette of a bitmap of up
+// to 8 bits per pixel, or the masks of the red, green and blue bits.
+struct ColourTable {
+    uint32_t masks[3] = {0x7C00, 0x03E0, 0x001F}; // 5 bits each, as 16-bit BI_RGB has them
+    QVector<QRgb> palette;
+};
+
+// The palette of an indexed bitmap, always of 2^bitCount entries: a short
+// one leaves the remaining entries black.
+QVector<QRgb> readPalette(ByteReader& h, const InfoHeader& info) {
+    const uint32_t maxColours = 1U << info.bitCount;
+    const uint32_t count =
+        info.coloursUsed == 0 || info.coloursUsed > maxColours ? maxColours : info.coloursUsed;
+    QVector<QRgb> palette;
+    palette.reserve(count);
+    for (uint32_t i = 0; i < count; ++i) {
+        if (!h.canRead(info.paletteEntrySize))
+            break;
+        const uint8_t b = h.u8();
+        const uint8_t g = h.u8();
+        const uint8_t r = h.u8();
+        if (info.paletteEntrySize == RgbQuadSize)
+            h.u8();
+        palette.append(qRgb(r, g, b));
+    }
+    while (palette.size() < static_cast<qsizetype>(maxColours))
+        palette.append(qRgb(0, 0, 0));
+    return palette;
+}
+
+// The colour table (or the three masks of BI_BITFIELDS) that follows the header.
+ColourTable readColourTable(ByteReader& h, const InfoHeader& info) {
+    ColourTable table;
+    if (info.bitCount == 32)
+        table.masks[0] = 0xFF0000, table.masks[1] = 0xFF00, table.masks[2] = 0xFF;
+    h.seek(info.size);
+    if (info.compression == gdi::BiBitfields) {
+        h.seek(InfoHeaderSize); // the masks follow the 40 bytes, inside larger header forms too
+        for (uint32_t& m : table.masks)
+            m = h.u32();
+    } else if (info.bitCount <= 8) {
+        table.palette = readPalette(h, info);
+    }
+    return table;
+}
+
+QRgb masked(uint32_t value, const ColourTable& table) {
+    return qRgb(maskScale(value, table.masks[0]), maskScale(value, table.masks[1]),
+                maskScale(value, table.masks[2]));
+}
+
+// One row of pixels of the bitmap's depth into 32-bit colours.
+void decodeRow(const unsigned char* src, QRgb* dst, const InfoHeader& info, const ColourTable& table) {
+    const int width = info.width;
+    const QVector<QRgb>& palette = table.palette;
+    switch (info.bitCount) {
+    case 1:
+        for (int x = 0; x < width; ++x)
+            dst[x] = palette[(src[x / 8] >> (7 - x % 8)) & 1];
+        break;
+    case 4:
+        for (int x = 0; x < width; ++x)
+            dst[x] = palette[(src[x / 2] >> (x % 2 == 0 ? 4 : 0)) & 0x0F];
+        break;
+    case 8:
+        for (int x = 0; x < width; ++x)
+            dst[x] = palette[src[x]];
+        break;
+    case 16:
+        for (int x = 0; x < width; ++x)
+            dst[x] = masked(src[2 * x] | (src[2 * x + 1] << 8), table);
+        break;
+    case 24:
+        for (int x = 0; x < width; ++x)
+            dst[x] = qRgb(src[3 * x + 2], src[3 * x + 1], src[3 * x]);
+        break;
+    default:
+        for (int x = 0; x < width; ++x)
+            dst[x] = masked(src[4 * x] | (src[4 * x + 1] << 8) | (src[4 * x + 2] << 16) |
+                                (static_cast<uint32_t>(src[4 * x + 3]) << 24),
+                            table);
+        break;
+    }
 }
 
 } // namespace
@@ -89,110 +233,25 @@ QByteArray bits24(const QImage& image) {
 
 QImage decode(const char* header, qsizetype headerSize, const char* bits, qsizetype bitsSize) {
     ByteReader h(header, headerSize);
-    const uint32_t size = h.u32();
-    int32_t width = 0;
-    int32_t height = 0;
-    uint16_t bitCount = 0;
-    uint32_t compression = gdi::BiRgb;
-    uint32_t coloursUsed = 0;
-    int paletteEntrySize = 4;
-    if (size == CoreHeaderSize) {
-        width = h.u16();
-        height = h.i16();
-        h.u16();
-        bitCount = h.u16();
-        paletteEntrySize = 3;
-    } else {
-        if (size < InfoHeaderSize || size > static_cast<uint32_t>(headerSize))
-            raiseInvalidPicture("bitmap header size");
-        width = h.i32();
-        height = h.i32();
-        h.u16();
-        bitCount = h.u16();
-        compression = h.u32();
-        h.u32(); // image size
-        h.i32();
-        h.i32();
-        coloursUsed = h.u32();
-        h.u32();
-    }
-    if (bitCount != 1 && bitCount != 4 && bitCount != 8 && bitCount != 16 && bitCount != 24 && bitCount != 32)
-        raiseInvalidPicture("bitmap bit count");
-    if (compression == BiJpeg || compression == BiPng)
+    const InfoHeader info = readInfoHeader(h, headerSize);
+    if (info.compression == BiJpeg || info.compression == BiPng)
         return QImage::fromData(QByteArray::fromRawData(bits, bitsSize));
-    const bool bottomUp = height > 0;
-    const int absHeight = height < 0 ? (height == INT32_MIN ? MaxSide + 1 : -height) : height;
-    if (width <= 0 || absHeight <= 0 || width > MaxSide || absHeight > MaxSide ||
-        static_cast<qint64>(width) * absHeight > MaxPixels)
-        raiseInvalidPicture("bitmap size");
-    if (compression != gdi::BiRgb && !(compression == gdi::BiBitfields && (bitCount == 16 || bitCount == 32)))
+    const int rows = checkedRows(info);
+    if (info.compression != gdi::BiRgb &&
+        !(info.compression == gdi::BiBitfields && (info.bitCount == 16 || info.bitCount == 32)))
         return QImage();
-
-    // Colour table (or the three masks of BI_BITFIELDS) follows the header.
-    uint32_t masks[3] = {0x7C00, 0x03E0, 0x001F};
-    if (bitCount == 32)
-        masks[0] = 0xFF0000, masks[1] = 0xFF00, masks[2] = 0xFF;
-    QVector<QRgb> palette;
-    h.seek(size);
-    if (compression == gdi::BiBitfields) {
-        h.seek(InfoHeaderSize); // the masks follow the 40 bytes, inside larger header forms too
-        for (uint32_t& m : masks)
-            m = h.u32();
-    } else if (bitCount <= 8) {
-        const uint32_t maxColours = 1U << bitCount;
-        const uint32_t count = coloursUsed == 0 || coloursUsed > maxColours ? maxColours : coloursUsed;
-        palette.reserve(count);
-        for (uint32_t i = 0; i < count; ++i) {
-            if (!h.canRead(paletteEntrySize))
-                break; // a short palette leaves the remaining entries black
-            const uint8_t b = h.u8();
-            const uint8_t g = h.u8();
-            const uint8_t r = h.u8();
-            if (paletteEntrySize == 4)
-                h.u8();
-            palette.append(qRgb(r, g, b));
-        }
-        while (palette.size() < static_cast<qsizetype>(maxColours))
-            palette.append(qRgb(0, 0, 0));
-    }
-
-    const qsizetype stride = rowStride(width, bitCount);
-    if (stride * absHeight > bitsSize)
+    const ColourTable table = readColourTable(h, info);
+    const qsizetype stride = rowStride(info.width, info.bitCount);
+    if (stride * rows > bitsSize)
         raiseInvalidPicture("bitmap bits shorter than their header");
-
-    QImage image(width, absHeight, QImage::Format_RGB32);
+    QImage image(info.width, rows, QImage::Format_RGB32);
     if (image.isNull())
         raiseInvalidPicture("bitmap too large");
-    for (int row = 0; row < absHeight; ++row) {
+    const bool bottomUp = info.height > 0;
+    for (int row = 0; row < rows; ++row) {
         const auto* src = reinterpret_cast<const unsigned char*>(bits + stride * row);
-        auto* dst = reinterpret_cast<QRgb*>(image.scanLine(bottomUp ? absHeight - 1 - row : row));
-        for (int x = 0; x < width; ++x) {
-            switch (bitCount) {
-            case 1:
-                dst[x] = palette[(src[x / 8] >> (7 - x % 8)) & 1];
-                break;
-            case 4:
-                dst[x] = palette[(src[x / 2] >> (x % 2 == 0 ? 4 : 0)) & 0x0F];
-                break;
-            case 8:
-                dst[x] = palette[src[x]];
-                break;
-            case 16: {
-                const uint32_t v = src[2 * x] | (src[2 * x + 1] << 8);
-                dst[x] = qRgb(maskScale(v, masks[0]), maskScale(v, masks[1]), maskScale(v, masks[2]));
-                break;
-            }
-            case 24:
-                dst[x] = qRgb(src[3 * x + 2], src[3 * x + 1], src[3 * x]);
-                break;
-            default: {
-                const uint32_t v = src[4 * x] | (src[4 * x + 1] << 8) | (src[4 * x + 2] << 16) |
-                                   (static_cast<uint32_t>(src[4 * x + 3]) << 24);
-                dst[x] = qRgb(maskScale(v, masks[0]), maskScale(v, masks[1]), maskScale(v, masks[2]));
-                break;
-            }
-            }
-        }
+        auto* dst = reinterpret_cast<QRgb*>(image.scanLine(bottomUp ? rows - 1 - row : row));
+        decodeRow(src, dst, info, table);
     }
     return image;
 }

@@ -11,6 +11,8 @@ namespace dib {
 
 // Size of a BITMAPINFOHEADER.
 constexpr int InfoHeaderSize = 40;
+// Size of the oldest header form, BITMAPCOREHEADER, whose rows always run bottom-up.
+constexpr uint32_t CoreHeaderSize = 12;
 
 // The 40-byte header of a 24-bit bottom-up bitmap of the image's size.
 QByteArray infoHeader24(const QImage& image);

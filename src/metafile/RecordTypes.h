@@ -221,12 +221,19 @@ constexpr uint32_t MwtRightMultiply = 3;
 constexpr uint32_t MwtSet = 4;
 // Raster operations, DIB colour usage and bitmap compression.
 constexpr uint32_t SrcCopy = 0x00CC0020;
+// Raster operations that fill the destination without a source: with the
+// selected brush, with black, with white.
+constexpr uint32_t PatCopy = 0x00F00021;
+constexpr uint32_t Blackness = 0x00000042;
+constexpr uint32_t Whiteness = 0x00FF0062;
 constexpr uint32_t DibRgbColors = 0;
 constexpr uint32_t BiRgb = 0;
 constexpr uint32_t BiBitfields = 3;
 // ExtTextOut options.
 constexpr uint32_t EtoOpaque = 0x0002;
 constexpr uint32_t EtoClipped = 0x0004;
+// The advances come as x and y pairs.
+constexpr uint32_t EtoPdy = 0x2000;
 // Font weights and character sets.
 constexpr uint32_t FwNormal = 400;
 constexpr uint32_t AnsiCharset = 0;

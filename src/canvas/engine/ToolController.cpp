@@ -18,6 +18,7 @@ constexpr double FreehandStepPx = 2.0;    // distance between recorded freehand 
 constexpr int MaxGhosts = 1000;           // moved shapes drawn in full; beyond, only their box
 constexpr double DefaultTextWidthMm = 40; // a free text placed by a click
 constexpr double DefaultTextHeightMm = 10;
+constexpr int DegreesPerTurn = 360;
 
 bool locked(const ShapeData& s) {
     return s.has(shape_flag::LockA) && s.has(shape_flag::LockB);
@@ -57,6 +58,25 @@ void stretchTurned(ShapeData& s, const QRectF& old, const QRectF& now, double sx
     const double halfHeight = (s.bottom - s.top) / 2 * (sin2 * sx + cos2 * sy);
     geometry::setEdges(s, centre.x() - halfWidth, centre.y() - halfHeight, centre.x() + halfWidth,
                        centre.y() + halfHeight);
+}
+
+// A turn in whole degrees, brought into 0 to 359.
+int16_t wrapDegrees(int degrees) {
+    return static_cast<int16_t>((degrees % DegreesPerTurn + DegreesPerTurn) % DegreesPerTurn);
+}
+
+// The connection point of `s` nearest to `p` (the first of equally near ones).
+int nearestConnectionPoint(const ShapeData& s, const QPointF& p) {
+    int nearest = 0;
+    double best = -1;
+    for (int i = 0; i < geometry::ConnectionPointCount; ++i) {
+        const double d = QLineF(geometry::connectionPoint(s, i), p).length();
+        if (best < 0 || d < best) {
+            best = d;
+            nearest = i;
+        }
+    }
+    return nearest;
 }
 } // namespace
 
@@ -270,25 +290,24 @@ void ToolController::pressDraw(const QPointF& p) {
         return;
     }
     if (type == shape_type::Link) {
-        linkStart_ = {};
-        const int pos = canvas_.drawing().topmostAt(
-            p, tolerance(), [](const ShapeData& s) { return s.type != shape_type::Link; });
-        if (pos >= 0) {
-            const ShapeData& s = *canvas_.drawing().at(pos);
-            double best = -1;
-            for (int i = 0; i < geometry::ConnectionPointCount; ++i) {
-                const double d = QLineF(geometry::connectionPoint(s, i), p).length();
-                if (best < 0 || d < best) {
-                    best = d;
-                    linkStart_ = {s.id, i};
-                }
-            }
-            start_ = geometry::connectionPoint(s, linkStart_.pointIndex);
-        }
-        gesture_ = Gesture::Link;
+        pressLink(p);
         return;
     }
     gesture_ = Gesture::Drag;
+}
+
+// A link starts at the connection point of the shape under the pointer
+// nearest to it, or where the pointer is when no shape is under it.
+void ToolController::pressLink(const QPointF& p) {
+    linkStart_ = {};
+    const int pos = canvas_.drawing().topmostAt(
+        p, tolerance(), [](const ShapeData& s) { return s.type != shape_type::Link; });
+    if (pos >= 0) {
+        const ShapeData& s = *canvas_.drawing().at(pos);
+        linkStart_ = {s.id, nearestConnectionPoint(s, p)};
+        start_ = geometry::connectionPoint(s, linkStart_.pointIndex);
+    }
+    gesture_ = Gesture::Link;
 }
 
 // --- move ----------------------------------------------------------------
@@ -308,8 +327,7 @@ void ToolController::move(int, int, const QPointF& mm) {
     } else if (gesture_ == Gesture::Points) {
         p = snap(mm);
         points_.back() = p;
-    } else if (gesture_ == Gesture::Drag || gesture_ == Gesture::Link || gesture_ == Gesture::Resize ||
-               gesture_ == Gesture::EditPoint) {
+    } else if (snapsPointer(gesture_)) {
         p = snap(mm);
     }
     current_ = p;
@@ -318,52 +336,19 @@ void ToolController::move(int, int, const QPointF& mm) {
 
 void ToolController::updateFeedback(const QPointF& p) {
     feedback_ = {};
-    const Drawing& d = canvas_.drawing();
     switch (gesture_) {
     case Gesture::RubberBand:
         feedback_.rubberBand = QRectF(start_, p).normalized();
         break;
-    case Gesture::Move: {
-        const std::vector<int> ids = movableSelection();
-        const QPointF off =
-            snap(canvas_.boundsOf(ids).topLeft() + (p - start_)) - canvas_.boundsOf(ids).topLeft();
-        if (ids.size() > static_cast<size_t>(MaxGhosts)) {
-            feedback_.movingBounds = canvas_.boundsOf(ids).translated(off);
-            break;
-        }
-        for (int id : ids) {
-            ShapeData g = *d.find(id);
-            geometry::translate(g, off.x(), off.y());
-            feedback_.ghosts.push_back(std::move(g));
-        }
+    case Gesture::Move:
+        moveFeedback(p);
         break;
-    }
-    case Gesture::Rotate: {
-        for (int id : movableSelection()) {
-            ShapeData g = *d.find(id);
-            const QPointF c = g.box().center();
-            const double a = QLineF(c, p).angleTo(QLineF(c, start_));
-            g.rotation =
-                static_cast<int16_t>((static_cast<int>(std::lround(g.rotation + a)) % 360 + 360) % 360);
-            feedback_.ghosts.push_back(std::move(g));
-        }
+    case Gesture::Rotate:
+        rotateFeedback(p);
         break;
-    }
-    case Gesture::Resize: {
-        // The shapes as the release will size them; a large selection shows the pointer's box.
-        const std::vector<int> ids = movableSelection();
-        const std::function<void(ShapeData&)> edit = resizeEdit(ids, p);
-        if (ids.size() > static_cast<size_t>(MaxGhosts)) {
-            feedback_.rubberBand = QRectF(start_, p).normalized();
-            break;
-        }
-        for (int id : ids) {
-            ShapeData g = *d.find(id);
-            edit(g);
-            feedback_.ghosts.push_back(std::move(g));
-        }
+    case Gesture::Resize:
+        resizeFeedback(p);
         break;
-    }
     case Gesture::EditPoint:
         // shown by the release's result; draw the outline of the pointer's box
         feedback_.rubberBand = QRectF(start_, p).normalized();
@@ -381,6 +366,58 @@ void ToolController::updateFeedback(const QPointF& p) {
         break;
     }
     canvas_.requestRepaint();
+}
+
+// The moved shapes where the release will put them; a large selection shows its box.
+void ToolController::moveFeedback(const QPointF& p) {
+    const std::vector<int> ids = movableSelection();
+    const QPointF off = moveOffset(ids, p);
+    if (ids.size() > static_cast<size_t>(MaxGhosts)) {
+        feedback_.movingBounds = canvas_.boundsOf(ids).translated(off);
+        return;
+    }
+    for (int id : ids) {
+        ShapeData g = *canvas_.drawing().find(id);
+        geometry::translate(g, off.x(), off.y());
+        feedback_.ghosts.push_back(std::move(g));
+    }
+}
+
+// Each shape turned about its own centre by the pointer's turn.
+void ToolController::rotateFeedback(const QPointF& p) {
+    for (int id : movableSelection()) {
+        ShapeData g = *canvas_.drawing().find(id);
+        const QPointF c = g.box().center();
+        const double a = QLineF(c, p).angleTo(QLineF(c, start_));
+        g.rotation = wrapDegrees(static_cast<int>(std::lround(g.rotation + a)));
+        feedback_.ghosts.push_back(std::move(g));
+    }
+}
+
+// The shapes as the release will size them; a large selection shows the pointer's box.
+void ToolController::resizeFeedback(const QPointF& p) {
+    const std::vector<int> ids = movableSelection();
+    const std::function<void(ShapeData&)> edit = resizeEdit(ids, p);
+    if (ids.size() > static_cast<size_t>(MaxGhosts)) {
+        feedback_.rubberBand = QRectF(start_, p).normalized();
+        return;
+    }
+    for (int id : ids) {
+        ShapeData g = *canvas_.drawing().find(id);
+        edit(g);
+        feedback_.ghosts.push_back(std::move(g));
+    }
+}
+
+// How far the selection `ids` moves when the pointer is at `p`: its top left
+// corner follows the pointer and snaps.
+QPointF ToolController::moveOffset(const std::vector<int>& ids, const QPointF& p) const {
+    const QPointF topLeft = canvas_.boundsOf(ids).topLeft();
+    return snap(topLeft + (p - start_)) - topLeft;
+}
+
+bool ToolController::snapsPointer(Gesture g) {
+    return g == Gesture::Drag || g == Gesture::Link || g == Gesture::Resize || g == Gesture::EditPoint;
 }
 
 // --- sizing by the handles ------------------------------------------------
@@ -432,89 +469,105 @@ void ToolController::release(int button, int, const QPointF& mm) {
     if (button != 1 || gesture_ == Gesture::None || gesture_ == Gesture::Points)
         return;
     const Gesture g = gesture_;
-    const QPointF p =
-        (g == Gesture::Drag || g == Gesture::Link || g == Gesture::Resize || g == Gesture::EditPoint)
-            ? snap(mm)
-            : mm;
+    const QPointF p = snapsPointer(g) ? snap(mm) : mm;
     gesture_ = Gesture::None;
     feedback_ = {};
     switch (g) {
-    case Gesture::Pending:
-        break;
     case Gesture::RubberBand:
         finishSelect(p);
         break;
-    case Gesture::Move: {
-        const std::vector<int> ids = movableSelection();
-        const QPointF topLeft = canvas_.boundsOf(ids).topLeft();
-        const QPointF off = snap(topLeft + (p - start_)) - topLeft;
-        if (off.isNull())
-            break;
-        canvas_.moveShapes(ids, off.x(), off.y());
-        canvas_.raiseShapeMoved(canvas_.toUnitsInt(off.x()), canvas_.toUnitsInt(off.y()));
-        canvas_.raiseShapeChanged();
+    case Gesture::Move:
+        finishMove(p);
         break;
-    }
-    case Gesture::Resize: {
-        const std::vector<int> ids = movableSelection();
-        canvas_.editShapes(ids, resizeEdit(ids, p));
-        canvas_.raiseShapeChanged();
+    case Gesture::Resize:
+        finishResize(p);
         break;
-    }
-    case Gesture::Rotate: {
-        const std::vector<int> ids = movableSelection();
-        if (ids.empty())
-            break;
-        const QPointF c = canvas_.boundsOf(ids).center();
-        const int degrees = static_cast<int>(std::lround(QLineF(c, p).angleTo(QLineF(c, start_))));
-        if (degrees % 360 == 0)
-            break;
-        canvas_.editShapes(ids, [&](ShapeData& s) {
-            s.rotation = static_cast<int16_t>(((s.rotation + degrees) % 360 + 360) % 360);
-        });
-        canvas_.raiseShapeChanged();
+    case Gesture::Rotate:
+        finishRotate(p);
         break;
-    }
     case Gesture::EditPoint:
-        canvas_.editShapes({pickedId_}, [&](ShapeData& s) {
-            std::vector<QPointF> pts = geometry::freeformPoints(s);
-            if (vertex_ < 0 || vertex_ >= static_cast<int>(pts.size()))
-                return;
-            pts[static_cast<size_t>(vertex_)] = geometry::rotation(s).inverted().map(p);
-            const QPointF centre = s.box().center();
-            geometry::setFreeformPoints(s, pts);
-            keepPlaceOnPage(s, centre);
-        });
-        canvas_.raiseShapeChanged();
+        finishEditPoint(p);
         break;
     case Gesture::Freehand:
-        points_.push_back(mm);
-        if (points_.size() >= 2)
-            finishStroke(pointsShape(points_));
-        else
-            cancelDrawing();
-        points_.clear();
+        finishFreehand(mm);
         break;
     case Gesture::Drag:
-    case Gesture::Link: {
-        ShapeData s = dragShape(p);
-        const int type = canvas_.viewSettings().toolShapeType;
-        const bool tiny = QLineF(start_, p).length() * canvas_.viewGeometry().pixelsPerMm() < DragThresholdPx;
-        if (tiny && type == shape_type::PlainText) {
-            s.left = start_.x();
-            s.top = start_.y();
-            s.right = start_.x() + DefaultTextWidthMm;
-            s.bottom = start_.y() + DefaultTextHeightMm;
-        } else if (tiny) {
-            cancelDrawing();
-            break;
-        }
-        finishStroke(std::move(s), type == shape_type::PlainText);
+    case Gesture::Link:
+        finishDrag(p);
         break;
-    }
     default:
-        break;
+        break; // a press that never became a drag
     }
+}
+
+void ToolController::finishMove(const QPointF& p) {
+    const std::vector<int> ids = movableSelection();
+    const QPointF off = moveOffset(ids, p);
+    if (off.isNull())
+        return;
+    canvas_.moveShapes(ids, off.x(), off.y());
+    canvas_.raiseShapeMoved(canvas_.toUnitsInt(off.x()), canvas_.toUnitsInt(off.y()));
+    canvas_.raiseShapeChanged();
+}
+
+void ToolController::finishResize(const QPointF& p) {
+    const std::vector<int> ids = movableSelection();
+    canvas_.editShapes(ids, resizeEdit(ids, p));
+    canvas_.raiseShapeChanged();
+}
+
+// The selection turns about the centre of its box, by whole degrees.
+void ToolController::finishRotate(const QPointF& p) {
+    const std::vector<int> ids = movableSelection();
+    if (ids.empty())
+        return;
+    const QPointF c = canvas_.boundsOf(ids).center();
+    const int degrees = static_cast<int>(std::lround(QLineF(c, p).angleTo(QLineF(c, start_))));
+    if (degrees % DegreesPerTurn == 0)
+        return;
+    canvas_.editShapes(ids, [&](ShapeData& s) { s.rotation = wrapDegrees(s.rotation + degrees); });
+    canvas_.raiseShapeChanged();
+}
+
+// The held vertex of the free form goes to the pointer.
+void ToolController::finishEditPoint(const QPointF& p) {
+    canvas_.editShapes({pickedId_}, [&](ShapeData& s) {
+        std::vector<QPointF> pts = geometry::freeformPoints(s);
+        if (vertex_ < 0 || vertex_ >= static_cast<int>(pts.size()))
+            return;
+        pts[static_cast<size_t>(vertex_)] = geometry::rotation(s).inverted().map(p);
+        const QPointF centre = s.box().center();
+        geometry::setFreeformPoints(s, pts);
+        keepPlaceOnPage(s, centre);
+    });
+    canvas_.raiseShapeChanged();
+}
+
+void ToolController::finishFreehand(const QPointF& mm) {
+    points_.push_back(mm);
+    if (points_.size() >= 2)
+        finishStroke(pointsShape(points_));
+    else
+        cancelDrawing();
+    points_.clear();
+}
+
+// A drag of the draw tool makes its shape; a mere click makes a text box of
+// the default size, or nothing for the other shapes.
+void ToolController::finishDrag(const QPointF& p) {
+    ShapeData s = dragShape(p);
+    const int type = canvas_.viewSettings().toolShapeType;
+    const bool tiny = QLineF(start_, p).length() * canvas_.viewGeometry().pixelsPerMm() < DragThresholdPx;
+    if (tiny && type == shape_type::PlainText) {
+        s.left = start_.x();
+        s.top = start_.y();
+        s.right = start_.x() + DefaultTextWidthMm;
+        s.bottom = start_.y() + DefaultTextHeightMm;
+    } else if (tiny) {
+        cancelDrawing();
+        return;
+    }
+    finishStroke(std::move(s), type == shape_type::PlainText);
 }
 
 void ToolController::finishSelect(const QPointF& p) {
@@ -561,44 +614,11 @@ void ToolController::cancelDrawing() {
 }
 
 bool ToolController::key(int keyCode, int shift) {
-    if (shift & shift_state::Ctrl) {
-        switch (keyCode) {
-        case key_code::Z:
-            canvas_.undo();
-            return true;
-        case key_code::Y:
-            canvas_.redo();
-            return true;
-        case key_code::C:
-            canvas_.copy();
-            return true;
-        case key_code::X:
-            canvas_.cut();
-            return true;
-        case key_code::V:
-            canvas_.paste();
-            return true;
-        default:
-            return false;
-        }
-    }
+    if (shift & shift_state::Ctrl)
+        return ctrlKey(keyCode);
     switch (keyCode) {
     case key_code::Escape:
-        if (canvas_.textEditor().open) {
-            canvas_.cancelTextEditor();
-            return true;
-        }
-        if (gesture_ == Gesture::Points || gesture_ == Gesture::Freehand || gesture_ == Gesture::Drag ||
-            gesture_ == Gesture::Link) {
-            cancelDrawing();
-            return true;
-        }
-        if (gesture_ != Gesture::None) {
-            reset();
-            canvas_.requestRepaint();
-            return true;
-        }
-        return false;
+        return escapeKey();
     case key_code::Enter:
         if (gesture_ == Gesture::Points) {
             finishPoints();
@@ -613,6 +633,48 @@ bool ToolController::key(int keyCode, int shift) {
     default:
         return false;
     }
+}
+
+// Ctrl with a key: undo, redo and the clipboard.
+bool ToolController::ctrlKey(int keyCode) {
+    switch (keyCode) {
+    case key_code::Z:
+        canvas_.undo();
+        return true;
+    case key_code::Y:
+        canvas_.redo();
+        return true;
+    case key_code::C:
+        canvas_.copy();
+        return true;
+    case key_code::X:
+        canvas_.cut();
+        return true;
+    case key_code::V:
+        canvas_.paste();
+        return true;
+    default:
+        return false;
+    }
+}
+
+// Escape closes the text editor, else cancels the drawing, else abandons the gesture.
+bool ToolController::escapeKey() {
+    if (canvas_.textEditor().open) {
+        canvas_.cancelTextEditor();
+        return true;
+    }
+    if (gesture_ == Gesture::Points || gesture_ == Gesture::Freehand || gesture_ == Gesture::Drag ||
+        gesture_ == Gesture::Link) {
+        cancelDrawing();
+        return true;
+    }
+    if (gesture_ != Gesture::None) {
+        reset();
+        canvas_.requestRepaint();
+        return true;
+    }
+    return false;
 }
 
 // --- shapes of the draw tool ---------------------------------------------
@@ -633,15 +695,9 @@ ShapeData ToolController::dragShape(const QPointF& p) const {
             e.linkStart = linkStart_;
             if (pos >= 0) {
                 const ShapeData& target = *canvas_.drawing().at(pos);
-                double best = -1;
-                for (int i = 0; i < geometry::ConnectionPointCount; ++i) {
-                    const double dist = QLineF(geometry::connectionPoint(target, i), p).length();
-                    if (best < 0 || dist < best) {
-                        best = dist;
-                        e.linkEnd = {target.id, i};
-                        end = geometry::connectionPoint(target, i);
-                    }
-                }
+                const int nearest = nearestConnectionPoint(target, p);
+                e.linkEnd = {target.id, nearest};
+                end = geometry::connectionPoint(target, nearest);
             }
             s.extra = std::make_shared<const ShapeExtra>(std::move(e));
         }

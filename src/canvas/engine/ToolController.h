@@ -81,11 +81,27 @@ private:
     void pressRotate(const QPointF& p);
     void pressEditPoints(const QPointF& p);
     void pressDraw(const QPointF& p);
+    void pressLink(const QPointF& p);
+    // What releasing the button ends, by gesture.
     void finishSelect(const QPointF& p);
+    void finishMove(const QPointF& p);
+    void finishResize(const QPointF& p);
+    void finishRotate(const QPointF& p);
+    void finishEditPoint(const QPointF& p);
+    void finishFreehand(const QPointF& mm);
+    void finishDrag(const QPointF& p);
     void finishPoints();
     void finishStroke(ShapeData shape, bool openEditor = false);
     void cancelDrawing();
     void updateFeedback(const QPointF& p);
+    void moveFeedback(const QPointF& p);
+    void rotateFeedback(const QPointF& p);
+    void resizeFeedback(const QPointF& p);
+    QPointF moveOffset(const std::vector<int>& ids, const QPointF& p) const;
+    // True for the gestures whose pointer snaps to the grid and guides.
+    static bool snapsPointer(Gesture g);
+    bool ctrlKey(int keyCode);
+    bool escapeKey();
     ShapeData dragShape(const QPointF& p) const;
     ShapeData pointsShape(const std::vector<QPointF>& points) const;
     // What dragging the held handle to `p` does to each of the shapes `ids`.

@@ -1,6 +1,7 @@
 #include "Dialect.h"
 
 #include "ProjectSchema.h"
+#include "Values.h"
 
 namespace tessaly::db {
 
@@ -8,6 +9,57 @@ QString Dialect::quote(const QString& name) const {
     QString n = name;
     n.replace(QLatin1Char('"'), QStringLiteral("\"\""));
     return QLatin1Char('"') + n + QLatin1Char('"');
+}
+
+QVariant Dialect::toStorage(FieldType type, const QVariant& neutral) const {
+    if (!neutral.isValid() || neutral.isNull())
+        return QVariant();
+    switch (type) {
+    case FieldType::Date:
+        return values::isoText(neutral.toDateTime());
+    case FieldType::Boolean:
+        return storedFlag(neutral.toBool());
+    case FieldType::Currency:
+        return storedCurrency(neutral.toLongLong());
+    default:
+        return neutral;
+    }
+}
+
+QVariant Dialect::fromStorage(FieldType type, const QVariant& stored) const {
+    if (!stored.isValid() || stored.isNull())
+        return QVariant();
+    switch (type) {
+    case FieldType::Counter:
+    case FieldType::Long:
+    case FieldType::Short:
+        return stored.toInt();
+    case FieldType::Text:
+    case FieldType::Memo:
+        return stored.toString();
+    case FieldType::Date:
+        return dateFromStorage(stored);
+    case FieldType::Currency:
+        return static_cast<qlonglong>(currencyFromStorage(stored));
+    case FieldType::Boolean:
+        return flagFromStorage(stored);
+    case FieldType::Variant:
+        return stored;
+    }
+    return stored;
+}
+
+QString Dialect::insertInto(const QString& table, const QStringList& columns) const {
+    if (columns.isEmpty())
+        return QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(quote(table));
+    QStringList quoted;
+    QStringList marks;
+    for (const QString& c : columns) {
+        quoted.append(quote(c));
+        marks.append(QStringLiteral("?"));
+    }
+    return QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+        .arg(quote(table), quoted.join(QStringLiteral(", ")), marks.join(QStringLiteral(", ")));
 }
 
 QStringList Dialect::createTable(const TableDef& table) const {

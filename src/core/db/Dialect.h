@@ -25,9 +25,12 @@ public:
     // table cannot be identified (they are then read-only).
     virtual QString rowKeyColumn(const QString& table) const = 0;
 
-    // A neutral value (see Values.h) as the engine holds it, and back.
-    virtual QVariant toStorage(FieldType type, const QVariant& neutral) const = 0;
-    virtual QVariant fromStorage(FieldType type, const QVariant& stored) const = 0;
+    // A neutral value (see Values.h) as the engine holds it, and back. A Null
+    // stays Null, whole numbers and texts are held as they are and dates as
+    // ISO text; each engine holds flags and currency in its own way, and
+    // reads back dates, currency and flags from what its driver gives.
+    QVariant toStorage(FieldType type, const QVariant& neutral) const;
+    QVariant fromStorage(FieldType type, const QVariant& stored) const;
 
     // The statements that make a table with its keys, defaults, relations and indexes.
     QStringList createTable(const TableDef& table) const;
@@ -40,6 +43,19 @@ public:
     // generated key as its one row.
     virtual QString insertStatement(const QString& table, const QStringList& columns,
                                     const QString& keyColumn) const = 0;
+
+protected:
+    // How the engine holds a flag and a currency amount in ten-thousandths.
+    virtual QVariant storedFlag(bool value) const = 0;
+    virtual QVariant storedCurrency(qint64 tenThousandths) const = 0;
+    // A date, a currency amount and a flag as the engine's driver gives them,
+    // never Null; a date the engine does not hold as one reads as Null.
+    virtual QVariant dateFromStorage(const QVariant& stored) const = 0;
+    virtual qint64 currencyFromStorage(const QVariant& stored) const = 0;
+    virtual bool flagFromStorage(const QVariant& stored) const = 0;
+    // An INSERT of `columns` with `?` placeholders, or of the defaults alone
+    // when there are no columns.
+    QString insertInto(const QString& table, const QStringList& columns) const;
 };
 
 } // namespace tessaly::db

@@ -2,6 +2,7 @@
 
 #include "DbErrors.h"
 #include "ProjectSchema.h"
+#include "Transaction.h"
 #include "Values.h"
 
 namespace tessaly::db {
@@ -50,52 +51,32 @@ QString PostgresDialect::rowKeyColumn(const QString& table) const {
     return def ? def->rowKey() : QString();
 }
 
-QVariant PostgresDialect::toStorage(FieldType type, const QVariant& neutral) const {
-    if (!neutral.isValid() || neutral.isNull())
-        return QVariant();
-    switch (type) {
-    case FieldType::Date:
-        return values::isoText(neutral.toDateTime());
-    case FieldType::Boolean:
-        return neutral.toBool();
-    case FieldType::Currency:
-        return values::currencyText(neutral.toLongLong());
-    default:
-        return neutral;
-    }
+QVariant PostgresDialect::storedFlag(bool value) const {
+    return value;
 }
 
-QVariant PostgresDialect::fromStorage(FieldType type, const QVariant& stored) const {
-    if (!stored.isValid() || stored.isNull())
-        return QVariant();
-    switch (type) {
-    case FieldType::Counter:
-    case FieldType::Long:
-    case FieldType::Short:
-        return stored.toInt();
-    case FieldType::Text:
-    case FieldType::Memo:
-        return stored.toString();
-    case FieldType::Date: {
-        if (stored.metaType().id() == QMetaType::QDateTime) {
-            const QDateTime dt = stored.toDateTime();
-            return QDateTime(dt.date(), dt.time(), Qt::UTC);
-        }
-        const QDateTime dt = values::fromIsoText(stored.toString());
-        return dt.isValid() ? QVariant(dt) : QVariant();
+QVariant PostgresDialect::storedCurrency(qint64 tenThousandths) const {
+    return values::currencyText(tenThousandths);
+}
+
+QVariant PostgresDialect::dateFromStorage(const QVariant& stored) const {
+    if (stored.metaType().id() == QMetaType::QDateTime) {
+        const QDateTime dt = stored.toDateTime();
+        return QDateTime(dt.date(), dt.time(), Qt::UTC);
     }
-    case FieldType::Currency: {
-        qint64 v = 0;
-        if (stored.metaType().id() == QMetaType::QString && values::parseCurrencyText(stored.toString(), &v))
-            return static_cast<qlonglong>(v);
-        return static_cast<qlonglong>(values::currencyFromVariant(stored));
-    }
-    case FieldType::Boolean:
-        return stored.toBool();
-    case FieldType::Variant:
-        return stored;
-    }
-    return stored;
+    const QDateTime dt = values::fromIsoText(stored.toString());
+    return dt.isValid() ? QVariant(dt) : QVariant();
+}
+
+qint64 PostgresDialect::currencyFromStorage(const QVariant& stored) const {
+    qint64 v = 0;
+    if (stored.metaType().id() == QMetaType::QString && values::parseCurrencyText(stored.toString(), &v))
+        return v;
+    return values::currencyFromVariant(stored);
+}
+
+bool PostgresDialect::flagFromStorage(const QVariant& stored) const {
+    return stored.toBool();
 }
 
 QString PostgresDialect::columnType(const FieldDef& field) const {
@@ -108,23 +89,24 @@ QString PostgresDialect::hiddenKeyColumn() const {
 
 QString PostgresDialect::insertStatement(const QString& table, const QStringList& columns,
                                          const QString& keyColumn) const {
-    QString sql;
-    if (columns.isEmpty()) {
-        sql = QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(quote(table));
-    } else {
-        QStringList quoted;
-        QStringList marks;
-        for (const QString& c : columns) {
-            quoted.append(quote(c));
-            marks.append(QStringLiteral("?"));
-        }
-        sql = QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-                  .arg(quote(table), quoted.join(QStringLiteral(", ")), marks.join(QStringLiteral(", ")));
-    }
+    QString sql = insertInto(table, columns);
     if (!keyColumn.isEmpty())
         sql += QStringLiteral(" RETURNING ") + identifier(keyColumn, false);
     return sql;
 }
+
+// Unlike a write transaction, whose rollback is quiet, every step of it is a
+// statement that must succeed.
+class PostgresBackend::ReadOnlyTransaction {
+public:
+    explicit ReadOnlyTransaction(PostgresBackend& backend) : backend_(backend) {}
+    void begin() { backend_.run(QStringLiteral("BEGIN READ ONLY"), dberr::ProviderFailure); }
+    void commit() { backend_.run(CommitStatement, dberr::ProviderFailure); }
+    void rollback() { backend_.run(RollbackStatement, dberr::ProviderFailure); }
+
+private:
+    PostgresBackend& backend_;
+};
 
 PostgresBackend::PostgresBackend(const ConnectionSettings& settings, int connectTimeoutSeconds,
                                  int commandTimeoutSeconds)
@@ -158,15 +140,8 @@ PostgresBackend::PostgresBackend(const ConnectionSettings& settings, int connect
 QueryResult PostgresBackend::query(const QString& sql, const QVariantList& params) {
     if (inTransaction())
         return QtSqlBackend::query(sql, params);
-    run(QStringLiteral("BEGIN READ ONLY"), dberr::ProviderFailure);
-    try {
-        QueryResult result = QtSqlBackend::query(sql, params);
-        run(QStringLiteral("COMMIT"), dberr::ProviderFailure);
-        return result;
-    } catch (...) {
-        run(QStringLiteral("ROLLBACK"), dberr::ProviderFailure);
-        throw;
-    }
+    ReadOnlyTransaction readOnly{*this};
+    return runInTransaction(readOnly, [&] { return QtSqlBackend::query(sql, params); });
 }
 
 } // namespace tessaly::db

@@ -29,8 +29,7 @@ void QtSqlBackend::close() {
     if (name_.isEmpty())
         return;
     if (db_.isOpen()) {
-        if (inTransaction_)
-            QSqlQuery(db_).exec(QStringLiteral("ROLLBACK"));
+        QtSqlBackend::rollback(); // not an override: the backend may be going
         db_.close();
     }
     db_ = QSqlDatabase();
@@ -137,7 +136,7 @@ void QtSqlBackend::begin() {
 
 void QtSqlBackend::commit() {
     // When COMMIT fails the transaction stays open for the caller's rollback.
-    run(QStringLiteral("COMMIT"), dberr::ProviderFailure);
+    run(CommitStatement, dberr::ProviderFailure);
     inTransaction_ = false;
 }
 
@@ -146,7 +145,7 @@ void QtSqlBackend::rollback() {
         return;
     inTransaction_ = false;
     if (db_.isOpen())
-        QSqlQuery(db_).exec(QStringLiteral("ROLLBACK"));
+        QSqlQuery(db_).exec(RollbackStatement);
 }
 
 } // namespace tessaly::db

@@ -9,6 +9,10 @@ class QSqlQuery;
 
 namespace tessaly::db {
 
+// The statements that end a transaction, for every engine.
+inline const QString CommitStatement = QStringLiteral("COMMIT");
+inline const QString RollbackStatement = QStringLiteral("ROLLBACK");
+
 // The part of a backend that Qt SQL gives for every engine: running
 // statements, fetching rows, transactions and the mapping of failures to the
 // provider's error numbers.

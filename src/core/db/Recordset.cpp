@@ -5,6 +5,7 @@
 #include "DbErrors.h"
 #include "ProjectSchema.h"
 #include "SqlStatement.h"
+#include "Transaction.h"
 #include "Values.h"
 #include "core/runtime/RuntimeError.h"
 
@@ -587,46 +588,39 @@ void Recordset::writeNewRow() {
         names.append(columns_[i].baseColumn);
         values.append(buffer_[i]);
     }
-    backend_->begin();
-    try {
+    // The row is read back inside the transaction, with the values the engine gave it.
+    rows_[position_] = runInTransaction(*backend_, [&] {
         const QVariant key = backend_->insert(t.name, names, values, t.keyColumn);
-        QVariantList row = readRowByKey(key);
-        backend_->commit();
-        rows_[position_] = std::move(row);
-    } catch (...) {
-        backend_->rollback();
-        throw;
-    }
+        return readRowByKey(key);
+    });
 }
 
 void Recordset::writeEditedRow() {
-    const Dialect& dialect = backend_->dialect();
-    backend_->begin();
-    try {
-        for (int t = 0; t < static_cast<int>(tables_.size()); ++t) {
-            QStringList sets;
-            QVariantList params;
-            for (int i = 0; i < static_cast<int>(columns_.size()); ++i) {
-                if (!dirty_[i] || columns_[i].table != t)
-                    continue;
-                sets.append(dialect.quote(columns_[i].baseColumn) + QStringLiteral(" = ?"));
-                params.append(buffer_[i]);
-            }
-            if (sets.isEmpty())
-                continue;
-            params.append(rows_[position_][tables_[t].keyResultColumn]);
-            const QString sql = QStringLiteral("UPDATE %1 SET %2 WHERE %3 = ?")
-                                    .arg(dialect.quote(tables_[t].name), sets.join(QStringLiteral(", ")),
-                                         dialect.identifier(tables_[t].keyColumn, false));
-            if (backend_->execute(sql, params) == 0)
-                raiseRowNotFound();
-        }
-        backend_->commit();
-    } catch (...) {
-        backend_->rollback();
-        throw;
-    }
+    runInTransaction(*backend_, [&] {
+        for (int t = 0; t < static_cast<int>(tables_.size()); ++t)
+            writeEditedColumns(t);
+    });
     rows_[position_] = buffer_;
+}
+
+void Recordset::writeEditedColumns(int t) {
+    const Dialect& dialect = backend_->dialect();
+    QStringList sets;
+    QVariantList params;
+    for (int i = 0; i < static_cast<int>(columns_.size()); ++i) {
+        if (!dirty_[i] || columns_[i].table != t)
+            continue;
+        sets.append(dialect.quote(columns_[i].baseColumn) + QStringLiteral(" = ?"));
+        params.append(buffer_[i]);
+    }
+    if (sets.isEmpty())
+        return;
+    params.append(rows_[position_][tables_[t].keyResultColumn]);
+    const QString sql = QStringLiteral("UPDATE %1 SET %2 WHERE %3 = ?")
+                            .arg(dialect.quote(tables_[t].name), sets.join(QStringLiteral(", ")),
+                                 dialect.identifier(tables_[t].keyColumn, false));
+    if (backend_->execute(sql, params) == 0)
+        raiseRowNotFound();
 }
 
 void Recordset::CancelUpdate() {
@@ -665,14 +659,7 @@ void Recordset::Delete(int affectRecords) {
     const Table& t = tables_[0];
     const QString sql = QStringLiteral("DELETE FROM %1 WHERE %2 = ?")
                             .arg(dialect.quote(t.name), dialect.identifier(t.keyColumn, false));
-    backend_->begin();
-    try {
-        backend_->execute(sql, {rows_[position_][t.keyResultColumn]});
-        backend_->commit();
-    } catch (...) {
-        backend_->rollback();
-        throw;
-    }
+    runInTransaction(*backend_, [&] { backend_->execute(sql, {rows_[position_][t.keyResultColumn]}); });
     editMode_ = adEditNone;
     buffer_.clear();
     rows_.erase(rows_.begin() + position_);

@@ -168,6 +168,8 @@ private:
     void fire(RecordsetEvent::Kind kind, int reason);
     void writeNewRow();
     void writeEditedRow();
+    // The UPDATE of the edited columns of the `t`th table; none when none of them changed.
+    void writeEditedColumns(int t);
     QVariantList readRowByKey(const QVariant& key);
 
     std::shared_ptr<Backend> backend_;

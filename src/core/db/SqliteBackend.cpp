@@ -63,50 +63,30 @@ QString SqliteDialect::rowKeyColumn(const QString& table) const {
     return def ? def->rowKey() : QStringLiteral("rowid");
 }
 
-QVariant SqliteDialect::toStorage(FieldType type, const QVariant& neutral) const {
-    if (!neutral.isValid() || neutral.isNull())
-        return QVariant();
-    switch (type) {
-    case FieldType::Date:
-        return values::isoText(neutral.toDateTime());
-    case FieldType::Boolean:
-        return neutral.toBool() ? -1 : 0;
-    case FieldType::Currency:
-        return neutral.toLongLong();
-    default:
-        return neutral;
-    }
+QVariant SqliteDialect::storedFlag(bool value) const {
+    return value ? -1 : 0;
 }
 
-QVariant SqliteDialect::fromStorage(FieldType type, const QVariant& stored) const {
-    if (!stored.isValid() || stored.isNull())
-        return QVariant();
-    switch (type) {
-    case FieldType::Counter:
-    case FieldType::Long:
-    case FieldType::Short:
-        return stored.toInt();
-    case FieldType::Text:
-    case FieldType::Memo:
-        return stored.toString();
-    case FieldType::Date: {
-        if (stored.metaType().id() == QMetaType::QString) {
-            const QDateTime dt = values::fromIsoText(stored.toString());
-            return dt.isValid() ? QVariant(dt) : QVariant();
-        }
-        return values::dateFromSerial(stored.toDouble()); // a serial written by another program
+QVariant SqliteDialect::storedCurrency(qint64 tenThousandths) const {
+    return static_cast<qlonglong>(tenThousandths);
+}
+
+QVariant SqliteDialect::dateFromStorage(const QVariant& stored) const {
+    if (stored.metaType().id() == QMetaType::QString) {
+        const QDateTime dt = values::fromIsoText(stored.toString());
+        return dt.isValid() ? QVariant(dt) : QVariant();
     }
-    case FieldType::Currency: {
-        if (stored.metaType().id() == QMetaType::LongLong || stored.metaType().id() == QMetaType::Int)
-            return stored.toLongLong();
-        return static_cast<qlonglong>(values::currencyFromVariant(stored));
-    }
-    case FieldType::Boolean:
-        return stored.toLongLong() != 0;
-    case FieldType::Variant:
-        return stored;
-    }
-    return stored;
+    return values::dateFromSerial(stored.toDouble()); // a serial written by another program
+}
+
+qint64 SqliteDialect::currencyFromStorage(const QVariant& stored) const {
+    if (stored.metaType().id() == QMetaType::LongLong || stored.metaType().id() == QMetaType::Int)
+        return stored.toLongLong();
+    return values::currencyFromVariant(stored);
+}
+
+bool SqliteDialect::flagFromStorage(const QVariant& stored) const {
+    return stored.toLongLong() != 0;
 }
 
 QString SqliteDialect::columnType(const FieldDef& field) const {
@@ -119,16 +99,7 @@ QString SqliteDialect::hiddenKeyColumn() const {
 
 QString SqliteDialect::insertStatement(const QString& table, const QStringList& columns,
                                        const QString&) const {
-    if (columns.isEmpty())
-        return QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(quote(table));
-    QStringList quoted;
-    QStringList marks;
-    for (const QString& c : columns) {
-        quoted.append(quote(c));
-        marks.append(QStringLiteral("?"));
-    }
-    return QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-        .arg(quote(table), quoted.join(QStringLiteral(", ")), marks.join(QStringLiteral(", ")));
+    return insertInto(table, columns);
 }
 
 SqliteBackend::SqliteBackend(const QString& hostPath, const QString& logicPath, int busyTimeoutMs)

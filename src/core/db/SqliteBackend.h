@@ -11,12 +11,17 @@ public:
     QString identifier(const QString& name, bool quoted) const override;
     QString booleanLiteral(bool value) const override;
     QString rowKeyColumn(const QString& table) const override;
-    QVariant toStorage(FieldType type, const QVariant& neutral) const override;
-    QVariant fromStorage(FieldType type, const QVariant& stored) const override;
     QString columnType(const FieldDef& field) const override;
     QString hiddenKeyColumn() const override;
     QString insertStatement(const QString& table, const QStringList& columns,
                             const QString& keyColumn) const override;
+
+protected:
+    QVariant storedFlag(bool value) const override;
+    QVariant storedCurrency(qint64 tenThousandths) const override;
+    QVariant dateFromStorage(const QVariant& stored) const override;
+    qint64 currencyFromStorage(const QVariant& stored) const override;
+    bool flagFromStorage(const QVariant& stored) const override;
 };
 
 // The embedded project database: one SQLite file, shared safely by several

@@ -58,6 +58,7 @@ void ScheduleControl::setLastDay(int day) {
 
 void ScheduleControl::clearAll() {
     model_.clear();
+    rowsChanged();
     pictures.clear();
     gesture_.reset();
     preview_.reset();
@@ -70,6 +71,7 @@ void ScheduleControl::clearAll() {
 
 void ScheduleControl::addRow(const QString& text) {
     model_.addRow(text);
+    rowsChanged();
     viewChanged();
     repaintAll();
 }
@@ -79,6 +81,8 @@ int ScheduleControl::addBar(int row, DayTime start, DayTime end) {
     b.start = start;
     b.end = end;
     const int n = model_.addBar(row, b);
+    rowsChanged();
+    viewChanged();
     repaintAll();
     return n;
 }
@@ -92,6 +96,7 @@ void ScheduleControl::requireBar(int row, int bar) const {
 
 Bar& ScheduleControl::editBar(int row, int bar) {
     requireBar(row, bar);
+    rowsChanged();
     repaintAll();
     return model_.editBar(row, bar);
 }
@@ -111,6 +116,7 @@ const QString& ScheduleControl::rowText(int row) const {
 void ScheduleControl::setRowSetting(int points) {
     rowSetting_ = points;
     view_.rowHeight = std::max(MinRowHeight, std::max(MinRowSetting, points) * PixelsPerPoint);
+    rowsChanged();
     clampView();
     viewChanged();
     repaintAll();
@@ -181,6 +187,8 @@ int ScheduleControl::drawBar(int row, DayTime start, DayTime end) {
     // A handler that cancels takes the bar away, if the chart still holds it.
     if (args.value(3).toBool() && model_.barCount(row) == bar) {
         model_.removeLastBar(row);
+        rowsChanged();
+        viewChanged();
         repaintAll();
     }
     return bar;
@@ -191,6 +199,7 @@ void ScheduleControl::changeBar(int row, int bar, DayTime start, DayTime end) {
     Bar& b = editBar(row, bar);
     b.start = start;
     b.end = end;
+    viewChanged();
     QVariantList args{row, bar, b.text, start.minutes, end.minutes, start.date, end.date};
     raise(event::BarChanged, args);
 }
@@ -262,7 +271,17 @@ std::optional<Tip> ScheduleControl::shownTip() const {
 // --- the view --------------------------------------------------------------------------
 
 ScheduleLayout ScheduleControl::layout() const {
-    return ScheduleLayout(view_, firstDay_, lastDay_, model_.rowCount());
+    return ScheduleLayout(view_, firstDay_, lastDay_, rowGeometry());
+}
+
+std::shared_ptr<const RowGeometry> ScheduleControl::rowGeometry() const {
+    if (!rowGeometry_)
+        rowGeometry_ = schedule::rowGeometry(model_, view_.rowHeight);
+    return rowGeometry_;
+}
+
+void ScheduleControl::rowsChanged() {
+    rowGeometry_.reset();
 }
 
 void ScheduleControl::setViewportSize(const QSizeF& size) {
@@ -324,7 +343,7 @@ QRectF ScheduleControl::rowBand(int row) const {
     if (row < 1)
         return QRectF();
     const ScheduleLayout l = layout();
-    return QRectF(0, l.rowTop(row) - 2, view_.viewport.width(), view_.rowHeight + 4);
+    return QRectF(0, l.rowTop(row) - 2, view_.viewport.width(), l.rowHeight(row) + 4);
 }
 
 void ScheduleControl::repaintAll() {

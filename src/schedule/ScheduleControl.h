@@ -108,6 +108,8 @@ public:
     // --- the view -------------------------------------------------------------
     const ScheduleView& view() const { return view_; }
     ScheduleLayout layout() const;
+    // Where the rows lie, each as high as its lanes need.
+    std::shared_ptr<const RowGeometry> rowGeometry() const;
     void setViewportSize(const QSizeF& size);
     double dayWidth() const { return view_.dayWidth; }
     void setDayWidth(double pixels);
@@ -192,6 +194,8 @@ private:
     void repaintArea(const QRectF& area); // nothing for an empty area
     void viewChanged();
     void clampView();
+    // The rows or their bars changed: their heights are worked out again when next needed.
+    void rowsChanged();
     QRectF rowBand(int row) const;
     // Where the gesture under way would leave its bar with the pointer at `x`.
     struct Outcome {
@@ -212,6 +216,7 @@ private:
     int lastDay_;
     int rowSetting_;
     bool rowsReady_ = true;
+    mutable std::shared_ptr<const RowGeometry> rowGeometry_;
 
     std::weak_ptr<AutoObject> control_;
     std::optional<Gesture> gesture_;

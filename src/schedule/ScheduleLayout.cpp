@@ -96,9 +96,52 @@ void forEachMark(TimeUnit unit, int hourStep, double from, double to,
     }
 }
 
-ScheduleLayout::ScheduleLayout(const ScheduleView& view, int firstDay, int lastDay, int rowCount)
+double rowHeightFor(int lanes, double rowHeight) {
+    const int grown = std::clamp(lanes, 1, MaxGrowingLanes) - 1;
+    return rowHeight + grown * std::max(1.0, rowHeight - 2 * BarPadding);
+}
+
+std::shared_ptr<const RowGeometry> rowGeometry(const ScheduleModel& model, double rowHeight) {
+    auto rows = std::make_shared<RowGeometry>();
+    rows->tops.reserve(static_cast<size_t>(model.rowCount()) + 1);
+    double top = 0;
+    for (int row = 1; row <= model.rowCount(); ++row) {
+        top += rowHeightFor(model.lanes(row), rowHeight);
+        rows->tops.push_back(top);
+    }
+    return rows;
+}
+
+std::shared_ptr<const RowGeometry> uniformRows(int rowCount, double rowHeight) {
+    auto rows = std::make_shared<RowGeometry>();
+    for (int row = 1; row <= rowCount; ++row)
+        rows->tops.push_back(row * rowHeight);
+    return rows;
+}
+
+ScheduleLayout::ScheduleLayout(const ScheduleView& view, int firstDay, int lastDay,
+                               std::shared_ptr<const RowGeometry> rows)
     : view_(view), firstDay_(firstDay),
-      rangeEnd_(std::max<double>(firstDay, static_cast<double>(lastDay) + 1)), rowCount_(rowCount) {}
+      rangeEnd_(std::max<double>(firstDay, static_cast<double>(lastDay) + 1)), rows_(std::move(rows)) {}
+
+ScheduleLayout::ScheduleLayout(const ScheduleView& view, int firstDay, int lastDay, int rowCount)
+    : ScheduleLayout(view, firstDay, lastDay, uniformRows(rowCount, view.rowHeight)) {}
+
+double ScheduleLayout::rowOffset(int row) const {
+    const std::vector<double>& tops = rows_->tops;
+    const int count = rows_->rowCount();
+    if (row < 1)
+        return (row - 1) * view_.rowHeight;
+    if (row <= count + 1)
+        return tops[static_cast<size_t>(row - 1)];
+    return tops.back() + (row - 1 - count) * view_.rowHeight;
+}
+
+double ScheduleLayout::rowHeight(int row) const {
+    if (row < 1 || row > rows_->rowCount())
+        return view_.rowHeight;
+    return rows_->tops[static_cast<size_t>(row)] - rows_->tops[static_cast<size_t>(row - 1)];
+}
 
 QRectF ScheduleLayout::chartRect() const {
     return QRectF(view_.listWidth, HeaderHeight, std::max(0.0, view_.viewport.width() - view_.listWidth),
@@ -120,13 +163,17 @@ QRectF ScheduleLayout::cornerRect() const {
 int ScheduleLayout::rowAt(double y) const {
     if (y < HeaderHeight)
         return 0;
-    return static_cast<int>(std::floor((y - HeaderHeight + view_.scrollY) / view_.rowHeight)) + 1;
+    const double offset = y - HeaderHeight + view_.scrollY;
+    const std::vector<double>& tops = rows_->tops;
+    if (offset >= tops.back())
+        return rows_->rowCount() + 1 + static_cast<int>(std::floor((offset - tops.back()) / view_.rowHeight));
+    return static_cast<int>(std::upper_bound(tops.begin(), tops.end(), offset) - tops.begin());
 }
 
 std::pair<int, int> ScheduleLayout::rowsIn(const QRectF& area) const {
     const int first = std::max(1, rowAt(std::max(area.top(), HeaderHeight)));
     // The edges of an area belong to it only from inside.
-    const int last = std::min(rowCount_, rowAt(area.bottom() - EdgeInset));
+    const int last = std::min(rowCount(), rowAt(area.bottom() - EdgeInset));
     return {first, last};
 }
 
@@ -135,7 +182,7 @@ std::pair<double, double> ScheduleLayout::daysIn(const QRectF& area) const {
 }
 
 QRectF ScheduleLayout::barRect(int row, double low, double high, int lane, int lanes) const {
-    const double room = std::max(1.0, view_.rowHeight - 2 * BarPadding);
+    const double room = std::max(1.0, rowHeight(row) - 2 * BarPadding);
     const double laneHeight = room / std::max(1, lanes);
     const double gap = lanes > 1 && laneHeight > 3 ? 1 : 0;
     const double top = rowTop(row) + BarPadding + lane * laneHeight;

@@ -6,7 +6,9 @@
 #include <QRectF>
 #include <QSizeF>
 #include <functional>
+#include <memory>
 #include <utility>
+#include <vector>
 
 namespace tessaly::schedule {
 
@@ -46,7 +48,27 @@ TimeScale timeScaleFor(double dayWidth);
 void forEachMark(TimeUnit unit, int hourStep, double from, double to,
                  const std::function<void(double start, double end)>& visit);
 
-// What the view shows: its size, the column of row titles, the rows' height,
+// A row grows by one bar's height for each lane of bars after its first, up
+// to this many lanes; beyond them its lanes share the height.
+constexpr int MaxGrowingLanes = 8;
+
+// Where the rows lie: a row is as high as the view's row height while its bars
+// fit one lane, and grows for each further lane, so that bars that overlap in
+// time stay as readable as the others.
+struct RowGeometry {
+    // tops[i] is where row i + 1 starts below the first row; tops[rowCount] is
+    // the height of all rows.
+    std::vector<double> tops{0.0};
+    int rowCount() const { return static_cast<int>(tops.size()) - 1; }
+};
+// The height of a row of `lanes` lanes, for a view's row height.
+double rowHeightFor(int lanes, double rowHeight);
+// The rows of a model, each as high as its lanes need.
+std::shared_ptr<const RowGeometry> rowGeometry(const ScheduleModel& model, double rowHeight);
+// Rows all of one height.
+std::shared_ptr<const RowGeometry> uniformRows(int rowCount, double rowHeight);
+
+// What the view shows: its size, the column of row titles, the height of a row of one lane,
 // the zoom as the width of a day, the day at the chart's left edge and how far
 // the rows are scrolled up.
 struct ScheduleView {
@@ -64,6 +86,9 @@ struct ScheduleView {
 // day to the end of its last.
 class ScheduleLayout {
 public:
+    ScheduleLayout(const ScheduleView& view, int firstDay, int lastDay,
+                   std::shared_ptr<const RowGeometry> rows);
+    // Rows all of the view's row height.
     ScheduleLayout(const ScheduleView& view, int firstDay, int lastDay, int rowCount);
 
     const ScheduleView& view() const { return view_; }
@@ -74,7 +99,12 @@ public:
 
     double xOf(double day) const { return view_.listWidth + (day - view_.originDay) * view_.dayWidth; }
     double dayAt(double x) const { return view_.originDay + (x - view_.listWidth) / view_.dayWidth; }
-    double rowTop(int row) const { return HeaderHeight + (row - 1) * view_.rowHeight - view_.scrollY; }
+    // Where a row starts in the view, and its height; rows that do not exist
+    // lie before the first and after the last at the view's row height.
+    double rowTop(int row) const { return HeaderHeight + rowOffset(row) - view_.scrollY; }
+    double rowHeight(int row) const;
+    // Where a row starts below the first row's top.
+    double rowOffset(int row) const;
     // The row under a height of the view, counted from 1; 0 above the first
     // row, rowCount + 1 and more below the last.
     int rowAt(double y) const;
@@ -90,17 +120,18 @@ public:
     double rangeStart() const { return firstDay_; }
     double rangeEnd() const { return rangeEnd_; }
     double contentWidth() const { return (rangeEnd_ - firstDay_) * view_.dayWidth; }
-    double contentHeight() const { return rowCount_ * view_.rowHeight; }
+    double contentHeight() const { return rows_->tops.back(); }
     // The furthest origin and scroll that still fill the view.
     double lastOriginDay() const;
     double lastScrollY() const;
-    int rowCount() const { return rowCount_; }
+    int rowCount() const { return rows_->rowCount(); }
+    const RowGeometry& rows() const { return *rows_; }
 
 private:
     ScheduleView view_;
     double firstDay_;
     double rangeEnd_;
-    int rowCount_;
+    std::shared_ptr<const RowGeometry> rows_;
 };
 
 } // namespace tessaly::schedule

@@ -58,13 +58,20 @@ PrintPlan planPrint(const ScheduleControl& c, const QSizeF& page) {
     PrintPlan plan;
     plan.page = page;
     plan.listWidth = std::min(PrintListWidth, page.width() / 3);
-    plan.rowHeight = c.view().rowHeight;
     plan.chartTop = HeadingHeight + TitleHeight + HeadingGap;
-    plan.chartHeight = std::max(HeaderHeight + plan.rowHeight, page.height() - plan.chartTop - FooterHeight);
-    plan.rowsPerPage =
-        std::max(1, static_cast<int>(std::floor((plan.chartHeight - HeaderHeight) / plan.rowHeight)));
-    const int rows = rowsOnPaper(c);
-    plan.down = std::max(1, (rows + plan.rowsPerPage - 1) / plan.rowsPerPage);
+    plan.chartHeight =
+        std::max(HeaderHeight + c.view().rowHeight, page.height() - plan.chartTop - FooterHeight);
+    const double room = plan.chartHeight - HeaderHeight;
+    const ScheduleLayout layout = c.layout();
+    double used = 0;
+    for (int row = 1; row <= rowsOnPaper(c); ++row) {
+        const double height = layout.rowHeight(row);
+        if (used > 0 && used + height > room) {
+            plan.bands.push_back(row);
+            used = 0;
+        }
+        used += height;
+    }
     const double days = std::max(1.0, static_cast<double>(c.lastDay()) + 1 - c.firstDay());
     const double chartWidth = std::max(1.0, page.width() - plan.listWidth);
     plan.dayWidth = std::clamp(c.dayWidth(), MinPrintDayWidth, MaxPrintDayWidth);
@@ -102,18 +109,22 @@ void printPage(QPainter& p, const ScheduleControl& c, const PrintPlan& plan, int
                QStringLiteral("Page %1 of %2").arg(index + 1).arg(plan.pages()));
 
     const int rows = rowsOnPaper(c);
-    ScheduleView view;
+    const ScheduleLayout full = c.layout();
+    const int first = plan.bands[static_cast<size_t>(band)];
+    const int last = band + 1 < plan.down() ? plan.bands[static_cast<size_t>(band) + 1] - 1 : rows;
+    ScheduleView view = c.view();
     view.listWidth = plan.listWidth;
-    view.rowHeight = plan.rowHeight;
     view.dayWidth = plan.dayWidth;
     view.originDay = c.firstDay() + column * plan.daysPerPage;
-    view.scrollY = band * plan.rowsPerPage * plan.rowHeight;
+    view.scrollY = full.rowOffset(first);
     const double rangeEnd = std::max<double>(c.firstDay() + 1, static_cast<double>(c.lastDay()) + 1);
     const double days = std::min(plan.daysPerPage, rangeEnd - view.originDay);
-    const int rowsHere = std::max(0, std::min(plan.rowsPerPage, rows - band * plan.rowsPerPage));
-    view.viewport = QSizeF(plan.listWidth + days * plan.dayWidth, HeaderHeight + rowsHere * plan.rowHeight);
+    const double height = last >= first ? full.rowOffset(last + 1) - full.rowOffset(first) : 0;
+    view.viewport =
+        QSizeF(plan.listWidth + days * plan.dayWidth, HeaderHeight + std::min(height, plan.chartHeight));
     p.translate(0, plan.chartTop);
-    const ScheduleLayout layout(view, c.firstDay(), c.lastDay(), rows);
+    const ScheduleLayout layout(view, c.firstDay(), c.lastDay(),
+                                rows > 0 ? c.rowGeometry() : uniformRows(0, view.rowHeight));
     Overlay overlay;
     overlay.selection = false;
     ScheduleRenderer(c.model(), design, layout).paint(p, QRectF(), overlay, rows > 0);

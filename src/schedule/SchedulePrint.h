@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QSizeF>
+#include <vector>
 
 class QPainter;
 
@@ -15,14 +16,15 @@ struct PrintPlan {
     QSizeF page;         // the printable area of a page
     double dayWidth = 0; // the zoom on paper
     double listWidth = 0;
-    double rowHeight = 0;
     double chartTop = 0;    // where the chart starts below the heading
     double chartHeight = 0; // the room for the time scale and rows
     double daysPerPage = 0;
-    int rowsPerPage = 0;
+    // The first row of each band of rows that one page holds; a row higher
+    // than a page has a page of its own.
+    std::vector<int> bands{1};
     int across = 1; // pages side by side for the range
-    int down = 1;   // pages one under the other for the rows
-    int pages() const { return across * down; }
+    int down() const { return static_cast<int>(bands.size()); }
+    int pages() const { return across * down(); }
 };
 
 // The plan of a print of `control` on pages of `page` (logical pixels).

@@ -94,10 +94,12 @@ int alignFlags(int align) {
     }
 }
 
+// The text cut to the width with an ellipsis; nothing where only the ellipsis would show.
 QString fitted(const QFontMetricsF& fm, const QString& text, double width) {
     if (fm.horizontalAdvance(text) <= width)
         return text;
-    return fm.elidedText(text, Qt::ElideRight, width);
+    const QString cut = fm.elidedText(text, Qt::ElideRight, width);
+    return cut.size() <= 1 ? QString() : cut;
 }
 
 QPolygonF diamond(const QPointF& centre, double half) {
@@ -157,7 +159,7 @@ void ScheduleRenderer::paintChart(QPainter& p, const QRectF& c, const Overlay& o
         std::tie(firstRow, lastRow) = layout_.rowsIn(c);
     for (int row = firstRow; row <= lastRow; ++row)
         if (row % 2 == 0) {
-            const QRectF band(range.left(), layout_.rowTop(row), range.width(), layout_.view().rowHeight);
+            const QRectF band(range.left(), layout_.rowTop(row), range.width(), layout_.rowHeight(row));
             p.fillRect(band.intersected(range), AlternateRow);
         }
     paintGrid(p, c, firstRow, lastRow);
@@ -193,7 +195,7 @@ void ScheduleRenderer::paintGrid(QPainter& p, const QRectF& c, int firstRow, int
             major << QLineF(x, c.top(), x, c.bottom());
     });
     for (int row = firstRow; row <= lastRow; ++row) {
-        const double y = std::round(layout_.rowTop(row) + layout_.view().rowHeight) - 0.5;
+        const double y = std::round(layout_.rowTop(row) + layout_.rowHeight(row)) - 0.5;
         minor << QLineF(c.left(), y, c.right(), y);
     }
     p.setPen(QPen(MinorLine, 0));
@@ -388,13 +390,12 @@ void ScheduleRenderer::paintList(QPainter& p, const QRectF& a, bool rowsShown) c
         p.fillRect(list, ListBack);
         if (rowsShown) {
             const auto [firstRow, lastRow] = layout_.rowsIn(list);
-            const double height = layout_.view().rowHeight;
             p.setFont(titleFont());
             const QFontMetricsF fm(p.font());
             const double width = layout_.view().listWidth - 2 * ListPadding;
             QVector<QLineF> lines;
             for (int row = firstRow; row <= lastRow; ++row) {
-                const QRectF band(0, layout_.rowTop(row), layout_.view().listWidth, height);
+                const QRectF band(0, layout_.rowTop(row), layout_.view().listWidth, layout_.rowHeight(row));
                 if (row == model_.selectedRow())
                     p.fillRect(band.intersected(list), SelectedRowBack);
                 else if (row % 2 == 0)

@@ -72,7 +72,7 @@ TEST_F(SchedulePaintTest, OverlappingBarsStayVisibleOneUnderTheOther) {
     const QImage image = paint();
     // Over day 5, all three show in one column of the row.
     const QRect column(static_cast<int>(xOf(d0 + 5.5)), static_cast<int>(s.layout().rowTop(2)), 1,
-                       static_cast<int>(s.view().rowHeight));
+                       static_cast<int>(s.layout().rowHeight(2)));
     EXPECT_GT(count(image, column, rgb(Red)), 3);
     EXPECT_GT(count(image, column, rgb(Blue)), 3);
     EXPECT_GT(count(image, column, rgb(Green)), 3);

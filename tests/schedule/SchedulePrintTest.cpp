@@ -53,7 +53,7 @@ TEST_F(SchedulePrintTest, ARangeWiderThanThePaperIsTiledAcross) {
     // 887 pixels of chart at 28 a day hold 31 days: 60 days need two pages.
     EXPECT_DOUBLE_EQ(plan.daysPerPage, 31);
     EXPECT_EQ(plan.across, 2);
-    EXPECT_EQ(plan.down, 1);
+    EXPECT_EQ(plan.down(), 1);
     s.setLastDay(d0 + 30);
     EXPECT_EQ(planPrint(s, defaultPrintPage()).pages(), 1);
 }
@@ -62,10 +62,22 @@ TEST_F(SchedulePrintTest, ManyRowsAreTiledDown) {
     rows(100);
     s.setLastDay(d0 + 399);
     const PrintPlan plan = planPrint(s, defaultPrintPage());
-    EXPECT_EQ(plan.rowsPerPage, 30);
-    EXPECT_EQ(plan.down, 4);
+    EXPECT_EQ(plan.bands, (std::vector<int>{1, 31, 61, 91})); // 30 rows of 20 pixels a page
+    EXPECT_EQ(plan.down(), 4);
     EXPECT_EQ(plan.across, 13);
     EXPECT_EQ(plan.pages(), 52);
+}
+
+TEST_F(SchedulePrintTest, RowsThatGrowForTheirLanesTakeMoreOfAPage) {
+    rows(100);
+    // Three overlapping bars on each of the first ten rows: each grows to three lanes.
+    for (int row = 1; row <= 10; ++row)
+        for (int k = 0; k < 3; ++k)
+            s.addBar(row, DayTime{d0 + k, 0}, DayTime{d0 + 5, 0});
+    EXPECT_DOUBLE_EQ(s.layout().rowHeight(1), 20 + 2 * 14);
+    const PrintPlan plan = planPrint(s, defaultPrintPage());
+    // 602 pixels hold ten rows of 48 and six of 20.
+    EXPECT_EQ(plan.bands, (std::vector<int>{1, 17, 47, 77}));
 }
 
 TEST_F(SchedulePrintTest, AnEndlessRangeIsDrawnNarrowerRatherThanOnThousandsOfPages) {

@@ -32,7 +32,7 @@ protected:
 
     // The view's x of a day (fraction allowed) and y of the middle of a row.
     double xOf(double day) const { return s.layout().xOf(day); }
-    double yOf(int row) const { return s.layout().rowTop(row) + s.view().rowHeight / 2; }
+    double yOf(int row) const { return s.layout().rowTop(row) + s.layout().rowHeight(row) / 2; }
 
     QTemporaryDir dir;
     ScriptedUiPort ui;

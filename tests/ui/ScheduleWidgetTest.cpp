@@ -8,10 +8,12 @@
 #include "ScheduleSupport.h"
 #include "UiTestSupport.h"
 #include "schedule/ScheduleLayout.h"
+#include "schedule/SchedulePrint.h"
 #include "ui/FormView.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QImage>
 #include <QMouseEvent>
 #include <QPrinter>
@@ -264,7 +266,7 @@ protected:
         if (dir.isEmpty())
             return;
         QDir().mkpath(dir);
-        QTest::qWait(0);
+        testing::processPending();
         EXPECT_TRUE(view.grab().save(QDir(dir).filePath(name)));
     }
     QPointF point(double day, int row) const {
@@ -309,6 +311,21 @@ TEST_F(ScheduleShowcase, TwentyBarsOnFiveRowsWithATip) {
     ASSERT_TRUE(s.shownTip().has_value());
     EXPECT_TRUE(s.shownTip()->text.startsWith(" Dig footings\r\n"));
     shoot(QStringLiteral("schedule-days.png"));
+}
+
+TEST_F(ScheduleShowcase, PrintedPages) {
+    QTemporaryDir scratch;
+    const QString shots = qEnvironmentVariable("TESSALY_SHOT_DIR");
+    const QString file =
+        QDir(shots.isEmpty() ? scratch.path() : shots).filePath(QStringLiteral("schedule-print.pdf"));
+    QDir().mkpath(QFileInfo(file).path());
+    s.printTitle = QStringLiteral("Schedule Print");
+    widget->printer().setOutputFormat(QPrinter::PdfFormat);
+    widget->printer().setOutputFileName(file);
+    widget->print(false);
+    // 60 days at 28 pixels a day over 887 pixels of paper: two pages across.
+    EXPECT_EQ(schedule::planPrint(s, schedule::defaultPrintPage()).pages(), 2);
+    EXPECT_TRUE(QFileInfo(file).size() > 0);
 }
 
 TEST_F(ScheduleShowcase, HoursAndMonths) {

@@ -28,26 +28,6 @@ constexpr int RowsAStep = 1;
 // The printer's paper margin, millimetres.
 constexpr double PrintMarginMm = 10;
 
-int buttonCode(Qt::MouseButton button) {
-    switch (button) {
-    case Qt::LeftButton:
-        return schedule::mouse::Left;
-    case Qt::RightButton:
-        return schedule::mouse::Right;
-    default:
-        return 0;
-    }
-}
-
-int buttonsCode(Qt::MouseButtons buttons) {
-    int code = 0;
-    if (buttons & Qt::LeftButton)
-        code |= schedule::mouse::Left;
-    if (buttons & Qt::RightButton)
-        code |= schedule::mouse::Right;
-    return code;
-}
-
 Qt::CursorShape cursorFor(Pointer p) {
     switch (p) {
     case Pointer::Draw:
@@ -156,35 +136,27 @@ void ScheduleWidget::syncCursor(const QPointF& at) {
     viewport()->setCursor(cursorFor(engine_->pointerAt(at.x(), at.y())));
 }
 
-void ScheduleWidget::mousePressEvent(QMouseEvent* event) {
+void ScheduleWidget::mouse(QMouseEvent* event, MouseStep step, int buttons) {
     const QPointF at = event->position();
-    const int button = buttonCode(event->button());
     const int shift = platformShiftMask(event->modifiers());
-    input([&] { engine_->mousePress(button, shift, at.x(), at.y()); });
+    input([&] { (engine_.get()->*step)(buttons, shift, at.x(), at.y()); });
     syncCursor(at);
+}
+
+void ScheduleWidget::mousePressEvent(QMouseEvent* event) {
+    mouse(event, &schedule::ScheduleControl::mousePress, platformButton(event->button()));
 }
 
 void ScheduleWidget::mouseMoveEvent(QMouseEvent* event) {
-    const QPointF at = event->position();
-    const int buttons = buttonsCode(event->buttons());
-    const int shift = platformShiftMask(event->modifiers());
-    input([&] { engine_->mouseMove(buttons, shift, at.x(), at.y()); });
-    syncCursor(at);
+    mouse(event, &schedule::ScheduleControl::mouseMove, platformButtons(event->buttons()));
 }
 
 void ScheduleWidget::mouseReleaseEvent(QMouseEvent* event) {
-    const QPointF at = event->position();
-    const int button = buttonCode(event->button());
-    const int shift = platformShiftMask(event->modifiers());
-    input([&] { engine_->mouseRelease(button, shift, at.x(), at.y()); });
-    syncCursor(at);
+    mouse(event, &schedule::ScheduleControl::mouseRelease, platformButton(event->button()));
 }
 
 void ScheduleWidget::mouseDoubleClickEvent(QMouseEvent* event) {
-    const QPointF at = event->position();
-    const int button = buttonCode(event->button());
-    const int shift = platformShiftMask(event->modifiers());
-    input([&] { engine_->mouseDoubleClick(button, shift, at.x(), at.y()); });
+    mouse(event, &schedule::ScheduleControl::mouseDoubleClick, platformButton(event->button()));
 }
 
 void ScheduleWidget::wheelEvent(QWheelEvent* event) {
@@ -234,11 +206,7 @@ void ScheduleWidget::print(bool showDialog) {
 // --- the control's widget ------------------------------------------------------------
 
 ControlWidget makeSchedule(Control& control, QWidget* parent, ViewSink& sink) {
-    auto engine = std::dynamic_pointer_cast<schedule::ScheduleControl>(control.inner);
-    if (!engine)
-        return makePlaceholder(control, parent, sink);
-    auto* widget = new ScheduleWidget(std::move(engine), &sink, parent);
-    return ControlWidget{widget, nullptr, [](const QString&) {}, false};
+    return makeEngineView<schedule::ScheduleControl, ScheduleWidget>(control, parent, sink);
 }
 
 } // namespace tessaly::ui

@@ -56,6 +56,9 @@ protected:
 
 private:
     void input(const std::function<void()>& step);
+    // One mouse event handed to the control: its step, the button or buttons, the shift keys, the place.
+    using MouseStep = void (schedule::ScheduleControl::*)(int, int, double, double);
+    void mouse(QMouseEvent* event, MouseStep step, int buttons);
     void syncCursor(const QPointF& at);
     // Pixels of content one step of the horizontal scroll bar stands for.
     double horizontalUnit() const;

@@ -33,19 +33,16 @@ using tessaly::testing::ScheduleTestForm;
 // Monday 2 November 2026.
 const int32_t D0 = static_cast<int32_t>(schedule::dayOfDate(QDate(2026, 11, 2)));
 
-class ScheduleWidgetTest : public ::testing::Test {
+// The test form's window, shown, with its schedule window.
+class ScheduleWindow : public ::testing::Test {
 protected:
-    ScheduleWidgetTest() {
-        s.setFirstDay(D0);
-        s.setLastDay(D0 + 59);
-        for (const char* row : {"Site clearance", "Footings", "Brickwork"})
-            s.addRow(QString::fromLatin1(row));
+    void show() {
         view.resize(view.initialSize());
         view.show();
         widget = qobject_cast<ScheduleWidget*>(view.widgetFor(form->ctSchedule1));
     }
-
     QWidget* port() const { return widget->viewport(); }
+    // The middle of a row at a day.
     QPointF at(double day, int row) const {
         const schedule::ScheduleLayout l = s.layout();
         return QPointF(l.xOf(day), l.rowTop(row) + l.rowHeight(row) / 2);
@@ -55,13 +52,31 @@ protected:
         QMouseEvent e(type, p, port()->mapToGlobal(p), button, buttons, modifiers);
         QApplication::sendEvent(port(), &e);
     }
+    void hover(QPointF p) { mouse(QEvent::MouseMove, p, Qt::NoButton, Qt::NoButton); }
+
+    testing::ScriptedApp scripted;
+    std::shared_ptr<ScheduleTestForm> form = std::make_shared<ScheduleTestForm>(scripted.app);
+    schedule::ScheduleControl& s = *form->schedule;
+    FormView view{*form};
+    ScheduleWidget* widget = nullptr;
+};
+
+class ScheduleWidgetTest : public ScheduleWindow {
+protected:
+    ScheduleWidgetTest() {
+        s.setFirstDay(D0);
+        s.setLastDay(D0 + 59);
+        for (const char* row : {"Site clearance", "Footings", "Brickwork"})
+            s.addRow(QString::fromLatin1(row));
+        show();
+    }
+
     void drag(QPointF from, QPointF to) {
         mouse(QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
         mouse(QEvent::MouseMove, (from + to) / 2, Qt::NoButton, Qt::LeftButton);
         mouse(QEvent::MouseMove, to, Qt::NoButton, Qt::LeftButton);
         mouse(QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
     }
-    void hover(QPointF p) { mouse(QEvent::MouseMove, p, Qt::NoButton, Qt::NoButton); }
     void doubleClick(QPointF p) {
         mouse(QEvent::MouseButtonPress, p, Qt::LeftButton, Qt::LeftButton);
         mouse(QEvent::MouseButtonRelease, p, Qt::LeftButton, Qt::NoButton);
@@ -73,12 +88,6 @@ protected:
                       Qt::NoScrollPhase, false);
         QApplication::sendEvent(port(), &e);
     }
-
-    testing::ScriptedApp scripted;
-    std::shared_ptr<ScheduleTestForm> form = std::make_shared<ScheduleTestForm>(scripted.app);
-    schedule::ScheduleControl& s = *form->schedule;
-    FormView view{*form};
-    ScheduleWidget* widget = nullptr;
 };
 
 TEST_F(ScheduleWidgetTest, TheFormViewMakesAScheduleWindowForTheControl) {
@@ -236,7 +245,7 @@ const Booking Bookings[] = {
     {5, 39, 39, 960, 960, "Roof done", rgb(60, 150, 70)},
 };
 
-class ScheduleShowcase : public ::testing::Test {
+class ScheduleShowcase : public ScheduleWindow {
 protected:
     ScheduleShowcase() {
         form->ctSchedule1.move(0, 0, 15300, 5400); // 1020 by 360 pixels
@@ -255,9 +264,7 @@ protected:
             edit.comment = QStringLiteral("Booked with the site manager");
             edit.key = QString::number(bar + 100 * b.row);
         }
-        view.resize(view.initialSize());
-        view.show();
-        widget = qobject_cast<ScheduleWidget*>(view.widgetFor(form->ctSchedule1));
+        show();
     }
 
     // Saves the window when TESSALY_SHOT_DIR names a folder.
@@ -269,16 +276,6 @@ protected:
         testing::processPending();
         EXPECT_TRUE(view.grab().save(QDir(dir).filePath(name)));
     }
-    QPointF point(double day, int row) const {
-        const schedule::ScheduleLayout l = s.layout();
-        return QPointF(l.xOf(day), l.rowTop(row) + l.rowHeight(row) / 2);
-    }
-
-    testing::ScriptedApp scripted;
-    std::shared_ptr<ScheduleTestForm> form = std::make_shared<ScheduleTestForm>(scripted.app);
-    schedule::ScheduleControl& s = *form->schedule;
-    FormView view{*form};
-    ScheduleWidget* widget = nullptr;
 };
 
 TEST_F(ScheduleShowcase, TwentyBarsOnFiveRowsWithATip) {
@@ -304,10 +301,7 @@ TEST_F(ScheduleShowcase, TwentyBarsOnFiveRowsWithATip) {
             EXPECT_TRUE(found) << "row " << row << " bar " << bar;
         }
     // The pointer on "Dig footings" brings up its tip.
-    const QPointF on = point(D0 + 7, 2) + QPointF(0, -4);
-    QMouseEvent move(QEvent::MouseMove, on, widget->viewport()->mapToGlobal(on), Qt::NoButton, Qt::NoButton,
-                     Qt::NoModifier);
-    QApplication::sendEvent(widget->viewport(), &move);
+    hover(at(D0 + 7, 2) + QPointF(0, -4));
     ASSERT_TRUE(s.shownTip().has_value());
     EXPECT_TRUE(s.shownTip()->text.startsWith(" Dig footings\r\n"));
     shoot(QStringLiteral("schedule-days.png"));
@@ -329,7 +323,7 @@ TEST_F(ScheduleShowcase, PrintedPages) {
 }
 
 TEST_F(ScheduleShowcase, HoursAndMonths) {
-    const QPointF p = point(D0 + 10.3, 2);
+    const QPointF p = at(D0 + 10.3, 2);
     for (int i = 0; i < 10; ++i)
         s.wheel(120, schedule::mouse::CtrlKey, p.x(), p.y());
     EXPECT_EQ(s.timeScaleName(), "Hours");

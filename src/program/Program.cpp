@@ -3,6 +3,7 @@
 #include "core/install/Installer.h"
 #include "core/script/CoreCommands.h"
 #include "core/script/ScriptRegistry.h"
+#include "schedule/ScheduleScript.h"
 #include "templates/Drawings.h"
 #include "workspace/Application.h"
 #include "workspace/WorkspaceScript.h"
@@ -21,6 +22,7 @@ std::unique_ptr<Application> makeApplication(UiPort& ui, Waiter& waiter, AppHome
 void addScriptCommands(script::Registry& registry) {
     script::addCoreCommands(registry);
     addWorkspaceScriptCommands(registry);
+    schedule::addScheduleScriptCommands(registry);
 }
 
 script::Program scriptProgram() {

@@ -21,10 +21,8 @@ namespace tessaly::ui {
 
 namespace {
 
-// Mouse buttons as the canvas counts them.
+// The left mouse button as the canvas counts it.
 constexpr int LeftButton = 1;
-constexpr int RightButton = 2;
-constexpr int MiddleButton = 4;
 
 // Tool modes of View.ToolMode that choose the pointer.
 constexpr int SelectMode = 1;
@@ -41,30 +39,6 @@ constexpr double HandleReachPx = 6.0;
 // Points per inch and millimetres per inch: font sizes of text shapes on screen.
 constexpr double PointsPerInch = 72.0;
 constexpr double MmPerInch = 25.4;
-
-int buttonCode(Qt::MouseButton button) {
-    switch (button) {
-    case Qt::LeftButton:
-        return LeftButton;
-    case Qt::RightButton:
-        return RightButton;
-    case Qt::MiddleButton:
-        return MiddleButton;
-    default:
-        return 0;
-    }
-}
-
-int buttonsCode(Qt::MouseButtons buttons) {
-    int code = 0;
-    if (buttons & Qt::LeftButton)
-        code |= LeftButton;
-    if (buttons & Qt::RightButton)
-        code |= RightButton;
-    if (buttons & Qt::MiddleButton)
-        code |= MiddleButton;
-    return code;
-}
 
 // The sizing pointer of the handles, in the order the canvas gives them:
 // top-left, top, top-right, right, bottom-right, bottom, bottom-left, left.
@@ -247,7 +221,7 @@ void CanvasWidget::syncCursor(const QPointF& clientPos) {
 }
 
 void CanvasWidget::mousePressEvent(QMouseEvent* event) {
-    const int button = buttonCode(event->button());
+    const int button = platformButton(event->button());
     if (button == 0)
         return;
     viewport()->setFocus(Qt::MouseFocusReason);
@@ -260,7 +234,7 @@ void CanvasWidget::mousePressEvent(QMouseEvent* event) {
 }
 
 void CanvasWidget::mouseMoveEvent(QMouseEvent* event) {
-    const int buttons = buttonsCode(event->buttons());
+    const int buttons = platformButtons(event->buttons());
     const int shift = platformShiftMask(event->modifiers());
     const QPointF at = event->position();
     input([&] {
@@ -271,7 +245,7 @@ void CanvasWidget::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void CanvasWidget::mouseReleaseEvent(QMouseEvent* event) {
-    const int button = buttonCode(event->button());
+    const int button = platformButton(event->button());
     if (button == 0)
         return;
     const int shift = platformShiftMask(event->modifiers());
@@ -283,7 +257,7 @@ void CanvasWidget::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void CanvasWidget::mouseDoubleClickEvent(QMouseEvent* event) {
-    const int button = buttonCode(event->button());
+    const int button = platformButton(event->button());
     if (button == 0)
         return;
     const int shift = platformShiftMask(event->modifiers());
@@ -417,11 +391,7 @@ void CanvasWidget::syncTextEditor() {
 // --- the control's widget ------------------------------------------------------------
 
 ControlWidget makeCanvas(Control& control, QWidget* parent, ViewSink& sink) {
-    auto engine = std::dynamic_pointer_cast<canvas::POLARDraw>(control.inner);
-    if (!engine)
-        return makePlaceholder(control, parent, sink);
-    auto* widget = new CanvasWidget(std::move(engine), &sink, parent);
-    return ControlWidget{widget, nullptr, [](const QString&) {}, false};
+    return makeEngineView<canvas::POLARDraw, CanvasWidget>(control, parent, sink);
 }
 
 } // namespace tessaly::ui

@@ -62,4 +62,15 @@ ControlWidget makeTabStrip(Control& control, QWidget* parent, ViewSink& sink);
 ControlWidget makeSlider(Control& control, QWidget* parent, ViewSink& sink);
 ControlWidget makeTimer(Control& control, QWidget* parent, ViewSink& sink);
 
+// The widget of a control that wraps an engine (the drawing canvas, the
+// schedule): a View made on the control's engine, or a plain panel for a
+// control that has none.
+template <class Engine, class View>
+ControlWidget makeEngineView(Control& control, QWidget* parent, ViewSink& sink) {
+    auto engine = std::dynamic_pointer_cast<Engine>(control.inner);
+    if (!engine)
+        return makePlaceholder(control, parent, sink);
+    return ControlWidget{new View(std::move(engine), &sink, parent), nullptr, [](const QString&) {}, false};
+}
+
 } // namespace tessaly::ui

@@ -61,6 +61,10 @@ constexpr int KeyF1 = 112; // F2 to F12 follow
 constexpr int ShiftBit = 1;
 constexpr int CtrlBit = 2;
 constexpr int AltBit = 4;
+// Mouse button codes.
+constexpr int LeftButtonCode = 1;
+constexpr int RightButtonCode = 2;
+constexpr int MiddleButtonCode = 4;
 } // namespace
 
 int platformKeyCode(int qtKey) {
@@ -85,6 +89,30 @@ int platformKeyCode(int qtKey) {
     default:
         return 0;
     }
+}
+
+int platformButton(Qt::MouseButton button) {
+    switch (button) {
+    case Qt::LeftButton:
+        return LeftButtonCode;
+    case Qt::RightButton:
+        return RightButtonCode;
+    case Qt::MiddleButton:
+        return MiddleButtonCode;
+    default:
+        return 0;
+    }
+}
+
+int platformButtons(Qt::MouseButtons buttons) {
+    int code = 0;
+    if (buttons & Qt::LeftButton)
+        code |= LeftButtonCode;
+    if (buttons & Qt::RightButton)
+        code |= RightButtonCode;
+    if (buttons & Qt::MiddleButton)
+        code |= MiddleButtonCode;
+    return code;
 }
 
 int platformShiftMask(Qt::KeyboardModifiers modifiers) {

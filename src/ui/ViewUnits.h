@@ -37,5 +37,9 @@ namespace tessaly::ui {
 // mask: 1 Shift, 2 Ctrl, 4 Alt.
 int platformKeyCode(int qtKey);
 int platformShiftMask(Qt::KeyboardModifiers modifiers);
+// The platform's code of a mouse button (1 left, 2 right, 4 middle, 0 others),
+// and of the buttons held down together.
+int platformButton(Qt::MouseButton button);
+int platformButtons(Qt::MouseButtons buttons);
 
 } // namespace tessaly::ui

@@ -1,5 +1,6 @@
 #include "CanvasWidget.h"
 #include "ControlWidget.h"
+#include "ScheduleWidget.h"
 
 #include <map>
 
@@ -8,16 +9,16 @@ namespace tessaly::ui {
 namespace {
 std::map<ControlKind, WidgetMaker>& makers() {
     static std::map<ControlKind, WidgetMaker> table{
-        {ControlKind::Label, makeLabel},          {ControlKind::TextBox, makeTextBox},
-        {ControlKind::RichText, makeRichText},    {ControlKind::CommandButton, makeCommandButton},
-        {ControlKind::CheckBox, makeCheckBox},    {ControlKind::OptionButton, makeOptionButton},
-        {ControlKind::ComboBox, makeComboBox},    {ControlKind::ListBox, makeListBox},
-        {ControlKind::DriveList, makeDriveList},  {ControlKind::DirList, makeDirList},
-        {ControlKind::Frame, makeFrame},          {ControlKind::PictureBox, makePictureBox},
-        {ControlKind::StatusBar, makeStatusBar},  {ControlKind::TabStrip, makeTabStrip},
-        {ControlKind::Slider, makeSlider},        {ControlKind::Timer, makeTimer},
-        {ControlKind::Canvas, makeCanvas},        {ControlKind::Grid, makePlaceholder},
-        {ControlKind::Schedule, makePlaceholder}, {ControlKind::DataControl, makePlaceholder},
+        {ControlKind::Label, makeLabel},         {ControlKind::TextBox, makeTextBox},
+        {ControlKind::RichText, makeRichText},   {ControlKind::CommandButton, makeCommandButton},
+        {ControlKind::CheckBox, makeCheckBox},   {ControlKind::OptionButton, makeOptionButton},
+        {ControlKind::ComboBox, makeComboBox},   {ControlKind::ListBox, makeListBox},
+        {ControlKind::DriveList, makeDriveList}, {ControlKind::DirList, makeDirList},
+        {ControlKind::Frame, makeFrame},         {ControlKind::PictureBox, makePictureBox},
+        {ControlKind::StatusBar, makeStatusBar}, {ControlKind::TabStrip, makeTabStrip},
+        {ControlKind::Slider, makeSlider},       {ControlKind::Timer, makeTimer},
+        {ControlKind::Canvas, makeCanvas},       {ControlKind::Grid, makePlaceholder},
+        {ControlKind::Schedule, makeSchedule},   {ControlKind::DataControl, makePlaceholder},
     };
     return table;
 }

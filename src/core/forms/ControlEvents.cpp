@@ -32,7 +32,7 @@ QStringList canvasEvents() {
 
 // The schedule control's bar gestures, with the plain pointer and key events.
 QStringList scheduleEvents() {
-    return names({"BarDrawn", "BarChanged", "BarActivated", "BarPointed", "Click", "DblClick"}) + Input;
+    return names({"BarDrawn", "BarChanged", "BarActivated", "BarPointed", "BarSelected", "Click", "DblClick"}) + Input;
 }
 
 // The bound data control: the moves and writes of its recordset.

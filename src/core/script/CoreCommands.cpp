@@ -4,6 +4,7 @@
 #include "core/db/QuerySql.h"
 #include "core/files/FileSystem.h"
 #include "core/forms/Control.h"
+#include "core/forms/ControlEvents.h"
 #include "core/forms/Form.h"
 #include "core/runtime/RuntimeError.h"
 #include "core/script/ScriptJson.h"
@@ -175,6 +176,40 @@ void close(Runner& run, const Tokens& t) {
     run.app().unload(*f);
 }
 
+// The dot before the event's name in "FORM.CONTROL.EVENT": the last one outside parentheses.
+qsizetype eventDot(const QString& path) {
+    int depth = 0;
+    for (qsizetype i = path.size() - 1; i >= 0; --i) {
+        const QChar c = path.at(i);
+        if (c == QLatin1Char(')'))
+            ++depth;
+        else if (c == QLatin1Char('('))
+            --depth;
+        else if (c == QLatin1Char('.') && depth == 0)
+            return i;
+    }
+    return -1;
+}
+
+// A control raises one of its events with the given arguments, as its component would.
+void raiseEvent(Runner& run, const Tokens& t) {
+    if (t.size() < 2)
+        throw LineError(QStringLiteral("raise needs a control's event: raise FORM.CONTROL.EVENT ARG..."));
+    const qsizetype dot = eventDot(t[1].text);
+    const QString event = dot < 0 ? QString() : t[1].text.mid(dot + 1).trimmed();
+    if (dot <= 0 || event.isEmpty() || event.contains(QLatin1Char('(')))
+        throw LineError(
+            QStringLiteral("'%1' names no control's event: raise FORM.CONTROL.EVENT ARG...").arg(t[1].text));
+    Control& c = run.resolveControl(t[1].text.left(dot));
+    if (!control_events::raises(c.kind(), event))
+        throw LineError(QStringLiteral("a %1 raises no event '%2'").arg(controlKindName(c.kind()), event));
+    run.requireInput(c.form(), c.fullName());
+    EventArgs args;
+    for (qsizetype i = 2; i < t.size(); ++i)
+        args << Runner::argument(t[i]);
+    c.form().raiseEvent(c, event, args);
+}
+
 void addInput(Registry& r) {
     r.command(QStringLiteral("click"), click);
     r.command(QStringLiteral("dblclick"), dblclick);
@@ -187,6 +222,7 @@ void addInput(Registry& r) {
     r.command(QStringLiteral("tab"), tab);
     r.command(QStringLiteral("tick"), tick);
     r.command(QStringLiteral("close"), close);
+    r.command(QStringLiteral("raise"), raiseEvent);
 }
 
 // --- set, call, print --------------------------------------------------------

@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# Takes pictures of the schedule's window under a virtual display:
+#   schedule-days.png    twenty bookings on five rows at the scale of days,
+#                        overlapping bookings stacked in their rows, one
+#                        selected, and the tip of the booking under the pointer.
+#   schedule-hours.png   the same zoomed in to hours.
+#   schedule-weeks.png   zoomed out to weeks.
+#   schedule-months.png  zoomed out to months over a longer range.
+#   schedule-print.png   the first page of the chart's print, two pages across.
+# The window is built by the schedule showcase test of the view layer, which
+# saves its pictures in the folder that TESSALY_SHOT_DIR names.
+# Usage: scripts/screenshot-schedule.sh [build-dir] [output-dir]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+build=${1:-build}
+out=${2:-docs/screenshots}
+exe="$PWD/$build/tests/ui/ui_tests"
+[ -x "$exe" ] || { echo "no test program at $exe: build ui_tests first" >&2; exit 1; }
+mkdir -p "$out"
+out=$(cd "$out" && pwd)
+TESSALY_SHOT_DIR="$out" QT_QPA_PLATFORM=xcb \
+  xvfb-run -a -s "-screen 0 1280x1024x24" \
+  "$exe" --gtest_filter='ScheduleShowcase.*'
+# The print's first page at 60 dots an inch.
+pdftoppm -png -r 60 -f 1 -l 1 -singlefile "$out/schedule-print.pdf" "$out/schedule-print"
+rm -f "$out/schedule-print.pdf"
+ls -l "$out"/schedule-*.png

@@ -128,3 +128,21 @@ TEST_F(RegistryRun, APrintFormAddedBySubsystemAnswersPrintAndExpect) {
 }
 
 } // namespace
+
+namespace {
+
+TEST(ScriptRaise, AnEventTheControlsKindNeverRaisesIsALineError) {
+    QTemporaryDir dir;
+    QString output, errors;
+    QTextStream out(&output), err(&errors);
+    Registry registry;
+    program::addScriptCommands(registry);
+    Runner runner(registry, program::scriptProgram(), dir.path(), QSize(1024, 768), out, err);
+    EXPECT_EQ(runner.run(QStringLiteral("install\nstart\nraise frmMain.cmdToolBarButton(20).Click\n"
+                                        "raise frmMain.cmdToolBarButton(20).BarDrawn 1 1\n")),
+              2);
+    EXPECT_TRUE(errors.startsWith(QStringLiteral("line 4: a CommandButton raises no event 'BarDrawn'")))
+        << errors.toStdString();
+}
+
+} // namespace

@@ -21,11 +21,6 @@ namespace tessaly::ui {
 
 namespace {
 
-// Mouse buttons as the canvas counts them.
-constexpr int LeftButton = 1;
-constexpr int RightButton = 2;
-constexpr int MiddleButton = 4;
-
 // Tool modes of View.ToolMode that choose the pointer.
 constexpr int SelectMode = 1;
 constexpr int RotateMode = 2;
@@ -41,30 +36,6 @@ constexpr double HandleReachPx = 6.0;
 // Points per inch and millimetres per inch: font sizes of text shapes on screen.
 constexpr double PointsPerInch = 72.0;
 constexpr double MmPerInch = 25.4;
-
-int buttonCode(Qt::MouseButton button) {
-    switch (button) {
-    case Qt::LeftButton:
-        return LeftButton;
-    case Qt::RightButton:
-        return RightButton;
-    case Qt::MiddleButton:
-        return MiddleButton;
-    default:
-        return 0;
-    }
-}
-
-int buttonsCode(Qt::MouseButtons buttons) {
-    int code = 0;
-    if (buttons & Qt::LeftButton)
-        code |= LeftButton;
-    if (buttons & Qt::RightButton)
-        code |= RightButton;
-    if (buttons & Qt::MiddleButton)
-        code |= MiddleButton;
-    return code;
-}
 
 // The sizing pointer of the handles, in the order the canvas gives them:
 // top-left, top, top-right, right, bottom-right, bottom, bottom-left, left.
@@ -247,7 +218,7 @@ void CanvasWidget::syncCursor(const QPointF& clientPos) {
 }
 
 void CanvasWidget::mousePressEvent(QMouseEvent* event) {
-    const int button = buttonCode(event->button());
+    const int button = platformButton(event->button());
     if (button == 0)
         return;
     viewport()->setFocus(Qt::MouseFocusReason);
@@ -260,7 +231,7 @@ void CanvasWidget::mousePressEvent(QMouseEvent* event) {
 }
 
 void CanvasWidget::mouseMoveEvent(QMouseEvent* event) {
-    const int buttons = buttonsCode(event->buttons());
+    const int buttons = platformButtons(event->buttons());
     const int shift = platformShiftMask(event->modifiers());
     const QPointF at = event->position();
     input([&] {
@@ -271,7 +242,7 @@ void CanvasWidget::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void CanvasWidget::mouseReleaseEvent(QMouseEvent* event) {
-    const int button = buttonCode(event->button());
+    const int button = platformButton(event->button());
     if (button == 0)
         return;
     const int shift = platformShiftMask(event->modifiers());
@@ -283,7 +254,7 @@ void CanvasWidget::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void CanvasWidget::mouseDoubleClickEvent(QMouseEvent* event) {
-    const int button = buttonCode(event->button());
+    const int button = platformButton(event->button());
     if (button == 0)
         return;
     const int shift = platformShiftMask(event->modifiers());
@@ -292,7 +263,7 @@ void CanvasWidget::mouseDoubleClickEvent(QMouseEvent* event) {
         const QPointF s = screenPos(at);
         canvas_->mouseDoubleClick(button, shift, s.x(), s.y());
         // A double click on a text shape with the select tool edits its text in place.
-        if (button != LeftButton || canvas_->viewSettings().toolMode != SelectMode ||
+        if (button != LeftButtonCode || canvas_->viewSettings().toolMode != SelectMode ||
             canvas_->textEditor().open)
             return;
         const canvas::ViewGeometry& view = canvas_->viewGeometry();

@@ -87,6 +87,30 @@ int platformKeyCode(int qtKey) {
     }
 }
 
+int platformButton(Qt::MouseButton button) {
+    switch (button) {
+    case Qt::LeftButton:
+        return LeftButtonCode;
+    case Qt::RightButton:
+        return RightButtonCode;
+    case Qt::MiddleButton:
+        return MiddleButtonCode;
+    default:
+        return 0;
+    }
+}
+
+int platformButtons(Qt::MouseButtons buttons) {
+    int code = 0;
+    if (buttons & Qt::LeftButton)
+        code |= LeftButtonCode;
+    if (buttons & Qt::RightButton)
+        code |= RightButtonCode;
+    if (buttons & Qt::MiddleButton)
+        code |= MiddleButtonCode;
+    return code;
+}
+
 int platformShiftMask(Qt::KeyboardModifiers modifiers) {
     int mask = 0;
     if (modifiers & Qt::ShiftModifier)

@@ -38,4 +38,12 @@ namespace tessaly::ui {
 int platformKeyCode(int qtKey);
 int platformShiftMask(Qt::KeyboardModifiers modifiers);
 
+// The platform's mouse button codes: 1 left, 2 right, 4 middle; a button
+// that goes down or up, and the set of buttons held during a move.
+constexpr int LeftButtonCode = 1;
+constexpr int RightButtonCode = 2;
+constexpr int MiddleButtonCode = 4;
+int platformButton(Qt::MouseButton button);
+int platformButtons(Qt::MouseButtons buttons);
+
 } // namespace tessaly::ui

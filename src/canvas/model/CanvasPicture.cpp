@@ -6,12 +6,30 @@
 #include <QFile>
 #include <QImageReader>
 #include <QPainter>
+#include <algorithm>
+#include <cmath>
 
 #include "metafile/Picture.h"
 
 namespace tessaly::canvas {
 
 namespace {
+// The raster form of a metafile is played at the picture's natural size, but
+// within this many pixels: beyond, it is scaled down in proportion, so that a
+// metafile claiming a vast frame never takes the memory of its full raster.
+// Its vectors are still drawn as vectors at any size.
+constexpr double MaxVectorRasterPixels = 16.0 * 1024 * 1024;
+
+QSize vectorRasterSize(const QSize& natural) {
+    const QSize size = natural.expandedTo(QSize(1, 1));
+    const double pixels = static_cast<double>(size.width()) * size.height();
+    if (pixels <= MaxVectorRasterPixels)
+        return size;
+    const double k = std::sqrt(MaxVectorRasterPixels / pixels);
+    return QSize(std::max(1, static_cast<int>(size.width() * k)),
+                 std::max(1, static_cast<int>(size.height() * k)));
+}
+
 QImage readRaster(const QByteArray& bytes) {
     QBuffer buffer;
     buffer.setData(bytes);
@@ -32,7 +50,7 @@ std::shared_ptr<const CanvasPicture> CanvasPicture::fromData(const QByteArray& b
     if (meta->kind() == metafile::Picture::Kind::Bitmap) {
         picture->image_ = readRaster(bytes);
     } else {
-        picture->image_ = meta->toImage(meta->pixelSize().expandedTo(QSize(1, 1)));
+        picture->image_ = meta->toImage(vectorRasterSize(meta->pixelSize()));
         picture->drawer_ = [meta](QPainter& p, const QRectF& target) { meta->draw(p, target); };
     }
     if (picture->image_.isNull())

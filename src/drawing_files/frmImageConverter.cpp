@@ -6,6 +6,9 @@
 #include "core/runtime/Vb.h"
 #include "workspace/Application.h"
 
+#include <array>
+#include <charconv>
+
 namespace tessaly {
 
 namespace {
@@ -23,6 +26,16 @@ constexpr int SingleBorder = 1;   // a label's BorderStyle with a single border
 // The walk's counters are 16 bits: a step past 32767 overflows (error 6).
 int16_t nextStep(int16_t counter) {
     return vb::checkInt16(static_cast<long long>(counter) + 1);
+}
+// "x y" for Label3, made with one allocation: the walk writes it at every
+// pixel that shows.
+QString coordinatesText(int16_t x, int16_t y) {
+    constexpr int Widest = 6;    // "-32768"
+    std::array<char, 16> text{}; // room for two 16-bit numbers and a blank
+    char* end = std::to_chars(text.data(), text.data() + Widest, x).ptr;
+    *end = ' ';
+    end = std::to_chars(end + 1, text.data() + text.size(), y).ptr;
+    return QString::fromLatin1(text.data(), static_cast<qsizetype>(end - text.data()));
 }
 } // namespace
 
@@ -141,7 +154,7 @@ void frmImageConverter::cmdStart_Click() {
         for (int16_t x = 0; x <= lastColumn; x = nextStep(x)) {
             CurrentColour = picture_.point(x, y);
             if (CurrentColour != TransparentColour && CurrentColour != PictureBox::OutsidePicture) {
-                Label3.setCaption(QString::number(x) + QLatin1Char(' ') + QString::number(y));
+                Label3.setCaption(coordinatesText(x, y));
                 app_.ui.doEvents();
             }
         }

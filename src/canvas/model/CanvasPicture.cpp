@@ -2,9 +2,7 @@
 
 #include "core/runtime/RuntimeError.h"
 
-#include <QBuffer>
 #include <QFile>
-#include <QImageReader>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
@@ -29,15 +27,6 @@ QSize vectorRasterSize(const QSize& natural) {
     return QSize(std::max(1, static_cast<int>(size.width() * k)),
                  std::max(1, static_cast<int>(size.height() * k)));
 }
-
-QImage readRaster(const QByteArray& bytes) {
-    QBuffer buffer;
-    buffer.setData(bytes);
-    buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer);
-    reader.setAutoTransform(true);
-    return reader.read();
-}
 } // namespace
 
 std::shared_ptr<const CanvasPicture> CanvasPicture::fromData(const QByteArray& bytes) {
@@ -48,7 +37,7 @@ std::shared_ptr<const CanvasPicture> CanvasPicture::fromData(const QByteArray& b
     picture->widthHiMetric_ = meta->widthHiMetric();
     picture->heightHiMetric_ = meta->heightHiMetric();
     if (meta->kind() == metafile::Picture::Kind::Bitmap) {
-        picture->image_ = readRaster(bytes);
+        picture->image_ = meta->bitmap(); // decoded once, shared
     } else {
         picture->image_ = meta->toImage(vectorRasterSize(meta->pixelSize()));
         picture->drawer_ = [meta](QPainter& p, const QRectF& target) { meta->draw(p, target); };

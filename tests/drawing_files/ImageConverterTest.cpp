@@ -5,70 +5,17 @@
 #include "core/forms/PictureBox.h"
 #include "drawing_files/frmImageConverter.h"
 
-#include <functional>
-
 namespace tessaly::testing {
 namespace {
-
-// The scripted port, with every "let pending events run" counted and handed
-// to a hook: what the user does while the walk yields.
-class WalkPort final : public UiPort {
-public:
-    ScriptedUiPort inner;
-    int yields = 0;
-    std::function<void()> onYield;
-
-    int msgBox(const QString& t, int f, const QString& title) override { return inner.msgBox(t, f, title); }
-    std::optional<QString> inputBox(const QString& p, const QString& t, const QString& d) override {
-        return inner.inputBox(p, t, d);
-    }
-    std::optional<QString> openDialog(const FileDialogRequest& r) override { return inner.openDialog(r); }
-    std::optional<QString> saveDialog(const FileDialogRequest& r) override { return inner.saveDialog(r); }
-    std::optional<QString> folderDialog(const FileDialogRequest& r) override { return inner.folderDialog(r); }
-    std::optional<unsigned> colourDialog(unsigned c) override { return inner.colourDialog(c); }
-    bool canvasDialog(const QString& n) override { return inner.canvasDialog(n); }
-    void setMousePointer(int v) override { inner.setMousePointer(v); }
-    void doEvents() override {
-        ++yields;
-        if (onYield)
-            onYield();
-    }
-    QSize screenSize() override { return inner.screenSize(); }
-    void showForm(Form& f, bool modal) override { inner.showForm(f, modal); }
-    void unloadForm(Form& f) override { inner.unloadForm(f); }
-    void printed(const QString& w) override { inner.printed(w); }
-    void processEnded() override { inner.processEnded(); }
-};
 
 constexpr QRgb White = 0xFFFFFFFF;
 constexpr QRgb Black = 0xFF000000;
 constexpr int WhiteColour = 0xFFFFFF;
 
-class ImageConverter : public ::testing::Test {
+class ImageConverter : public DrawingFilesFixture {
 protected:
-    QTemporaryDir dir;
-    AppHome home{dir.path()};
-    bool installed = (program::installHome(home), true);
-    WalkPort port;
-    RecordingWaiter waiter;
-    std::unique_ptr<Application> app = program::makeApplication(port, waiter, home);
-    frmMain& main = loadMain();
     frmImageConverter& form = openConverter();
-    QStringList events;
 
-    void SetUp() override {
-        port.inner.onEvent = [this](const QJsonObject& e) {
-            QString detail = e[QStringLiteral("text")].toString();
-            if (e[QStringLiteral("event")].toString() == QLatin1String("open"))
-                detail = e[QStringLiteral("title")].toString() + QLatin1Char('|') +
-                         e[QStringLiteral("filter")].toString();
-            events << e[QStringLiteral("event")].toString() + QLatin1Char(':') + detail;
-        };
-    }
-    frmMain& loadMain() {
-        app->gTemplateFolder = home.templateDir() + QLatin1Char('/');
-        return app->form<frmMain>();
-    }
     // The menu entry starts disabled: the program's code enables it here.
     frmImageConverter& openConverter() {
         Control& entry = main.control(QStringLiteral("mnuFile_Convert"));
@@ -76,7 +23,7 @@ protected:
         main.raiseEvent(entry, QStringLiteral("Click"));
         return app->form<frmImageConverter>();
     }
-    canvas::POLARDraw& engine() { return *std::dynamic_pointer_cast<canvas::POLARDraw>(main.canvas1()); }
+    using DrawingFilesFixture::click;
     void click(Control& button) { form.raiseEvent(button, QStringLiteral("Click")); }
     void mouseUp(float x, float y, int button = 1) {
         EventArgs args{button, 0, x, y};
@@ -129,7 +76,7 @@ TEST_F(ImageConverter, LoadAsksForABitmapAndEnablesTheThreeButtons) {
     QImage image(30, 20, QImage::Format_RGB32);
     image.fill(QColor(10, 20, 30));
     ASSERT_TRUE(image.save(dir.filePath(QStringLiteral("room.bmp")), "BMP"));
-    port.inner.queueOpen(dir.filePath(QStringLiteral("room.bmp")));
+    port.queueOpen(dir.filePath(QStringLiteral("room.bmp")));
     events.clear();
     click(form.cmdLoad);
     EXPECT_EQ(events, QStringList{QStringLiteral(
@@ -141,7 +88,7 @@ TEST_F(ImageConverter, LoadAsksForABitmapAndEnablesTheThreeButtons) {
     EXPECT_DOUBLE_EQ(form.picture().scaleHeight(), 20);
     EXPECT_EQ(form.picture().point(29, 19), 10 | (20 << 8) | (30 << 16));
     // A cancelled dialog disables them again and keeps the picture.
-    port.inner.queueOpen(std::nullopt);
+    port.queueOpen(std::nullopt);
     click(form.cmdLoad);
     EXPECT_FALSE(form.cmdStart.enabled());
     EXPECT_TRUE(form.picture().hasPicture());
@@ -152,7 +99,7 @@ TEST_F(ImageConverter, AFileThatIsNoPictureStopsTheLoadWithTheRunTimeError) {
     ASSERT_TRUE(text.open(QIODevice::WriteOnly));
     text.write("not a bitmap");
     text.close();
-    port.inner.queueOpen(text.fileName());
+    port.queueOpen(text.fileName());
     events.clear();
     click(form.cmdLoad);
     ASSERT_EQ(events.size(), 2);
@@ -193,7 +140,7 @@ TEST_F(ImageConverter, WithNoColourPickedBlackIsTransparentAndEachOtherPixelYiel
     show(4, 3, White, {{QPoint(1, 0), Black}, {QPoint(2, 2), Black}, {QPoint(3, 2), Black}});
     click(form.cmdStart);
     // 12 pixels, 3 black: 9 yields for pixels and 3 for rows.
-    EXPECT_EQ(port.yields, 12);
+    EXPECT_EQ(ports.yields, 12);
     EXPECT_EQ(form.Label3.caption(), QStringLiteral("1 2"));
     EXPECT_EQ(form.Label2.caption(), QStringLiteral("Pic Point On Height: 2"));
     EXPECT_EQ(form.CurrentColour, 0);
@@ -204,9 +151,9 @@ TEST_F(ImageConverter, APickedColourIsSkippedAndBlackIsThenShown) {
     click(form.cmdTransp);
     mouseUp(0, 0);
     ASSERT_EQ(form.TransparentColour, WhiteColour);
-    port.yields = 0;
+    ports.yields = 0;
     click(form.cmdStart);
-    EXPECT_EQ(port.yields, 1 + 3);
+    EXPECT_EQ(ports.yields, 1 + 3);
     EXPECT_EQ(form.Label3.caption(), QStringLiteral("1 0"));
     EXPECT_EQ(form.CurrentColour, WhiteColour);
 }
@@ -222,13 +169,13 @@ TEST_F(ImageConverter, TheWalkWritesNothingToTheCanvas) {
 
 TEST_F(ImageConverter, ClearDuringTheWalkMakesTheRemainingReadsMinusOne) {
     show(4, 3, White);
-    port.onYield = [this] {
-        if (port.yields == 2)
+    ports.onYield = [this] {
+        if (ports.yields == 2)
             click(form.cmdClear);
     };
     click(form.cmdStart);
     // Two pixels of row 0, then only the three rows' own yields.
-    EXPECT_EQ(port.yields, 2 + 3);
+    EXPECT_EQ(ports.yields, 2 + 3);
     EXPECT_EQ(form.Label3.caption(), QStringLiteral("1 0"));
     EXPECT_EQ(form.Label2.caption(), QStringLiteral("Pic Point On Height: 2"));
     EXPECT_EQ(form.CurrentColour, -1);
@@ -237,12 +184,12 @@ TEST_F(ImageConverter, ClearDuringTheWalkMakesTheRemainingReadsMinusOne) {
 TEST_F(ImageConverter, TheRowsBoundIsReadOnceAndTheColumnsBoundEachRow) {
     show(4, 3, White);
     // At the end of row 0 the box shrinks to 2 by 1 pixels.
-    port.onYield = [this] {
-        if (form.Label2.caption() == QLatin1String("Pic Point On Height: 0") && port.yields == 5)
+    ports.onYield = [this] {
+        if (form.Label2.caption() == QLatin1String("Pic Point On Height: 0") && ports.yields == 5)
             form.Picture1.move(form.Picture1.geometry().left(), form.Picture1.geometry().top(), 30, 15);
     };
     click(form.cmdStart);
-    EXPECT_EQ(port.yields, 4 + 1 + 2 + 1 + 2 + 1);
+    EXPECT_EQ(ports.yields, 4 + 1 + 2 + 1 + 2 + 1);
     EXPECT_EQ(form.Label3.caption(), QStringLiteral("1 2"));
     EXPECT_EQ(form.Label2.caption(), QStringLiteral("Pic Point On Height: 2"));
 }
@@ -255,7 +202,7 @@ TEST_F(ImageConverter, ARowOf32768PixelsOverflowsTheSixteenBitCounter) {
     EXPECT_EQ(events[0], QStringLiteral("msgbox:Run-time error '6':\n\nOverflow"));
     EXPECT_EQ(form.Label3.caption(), QStringLiteral("32767 0"));
     EXPECT_EQ(form.Label2.caption(), QString());
-    EXPECT_EQ(port.yields, 32768);
+    EXPECT_EQ(ports.yields, 32768);
 }
 
 TEST_F(ImageConverter, APictureTallerThan32767PixelsOverflowsBeforeTheFirstRead) {
@@ -263,7 +210,7 @@ TEST_F(ImageConverter, APictureTallerThan32767PixelsOverflowsBeforeTheFirstRead)
     events.clear();
     click(form.cmdStart);
     EXPECT_EQ(events, QStringList{QStringLiteral("msgbox:Run-time error '6':\n\nOverflow")});
-    EXPECT_EQ(port.yields, 0);
+    EXPECT_EQ(ports.yields, 0);
 }
 
 TEST_F(ImageConverter, ClosingTheConverterActivatesTheMainWindow) {

@@ -39,6 +39,14 @@ protected:
                                       .arg(a.value(3).toDouble());
                      });
     }
+    // A shown view whose box records the mouse, in the given scale.
+    std::unique_ptr<FormView> mouseView(int scaleMode) {
+        surface.setScaleMode(scaleMode);
+        recordMouse();
+        auto view = std::make_unique<FormView>(*form);
+        view->show();
+        return view;
+    }
     static QImage sample() {
         QImage image(40, 30, QImage::Format_RGB32);
         image.fill(QColor(200, 30, 30));
@@ -72,11 +80,8 @@ TEST_F(PictureBoxView, AutoSizeMovesTheWidgetToThePicturesSize) {
 }
 
 TEST_F(PictureBoxView, TheMouseIsReportedInPixelsForAPixelScale) {
-    surface.setScaleMode(PictureBox::PixelScale);
-    recordMouse();
-    FormView view(*form);
-    view.show();
-    QWidget* widget = view.widgetFor(box);
+    const auto view = mouseView(PictureBox::PixelScale);
+    QWidget* widget = view->widgetFor(box);
     QTest::mousePress(widget, Qt::LeftButton, Qt::ShiftModifier, QPoint(12, 7));
     QTest::mouseRelease(widget, Qt::LeftButton, Qt::ShiftModifier, QPoint(13, 8));
     QTest::mousePress(widget, Qt::RightButton, Qt::ControlModifier, QPoint(3, 4));
@@ -87,20 +92,15 @@ TEST_F(PictureBoxView, TheMouseIsReportedInPixelsForAPixelScale) {
 }
 
 TEST_F(PictureBoxView, TheMouseIsReportedInTwipsForATwipsScale) {
-    recordMouse();
-    FormView view(*form);
-    view.show();
-    QTest::mouseRelease(view.widgetFor(box), Qt::LeftButton, {}, QPoint(2, 3));
+    const auto view = mouseView(PictureBox::TwipsScale);
+    QTest::mouseRelease(view->widgetFor(box), Qt::LeftButton, {}, QPoint(2, 3));
     ASSERT_EQ(mouse.size(), 1);
     EXPECT_EQ(mouse[0], QStringLiteral("MouseUp 1 0 30 45"));
 }
 
 TEST_F(PictureBoxView, AMoveWithAButtonHeldReportsTheButtons) {
-    surface.setScaleMode(PictureBox::PixelScale);
-    recordMouse();
-    FormView view(*form);
-    view.show();
-    QWidget* widget = view.widgetFor(box);
+    const auto view = mouseView(PictureBox::PixelScale);
+    QWidget* widget = view->widgetFor(box);
     QMouseEvent move(QEvent::MouseMove, QPointF(20, 10), widget->mapToGlobal(QPointF(20, 10)), Qt::NoButton,
                      Qt::LeftButton | Qt::RightButton, Qt::AltModifier);
     QApplication::sendEvent(widget, &move);
@@ -109,14 +109,11 @@ TEST_F(PictureBoxView, AMoveWithAButtonHeldReportsTheButtons) {
 }
 
 TEST_F(PictureBoxView, ABoxUnderAModalWindowTakesNoMouse) {
-    surface.setScaleMode(PictureBox::PixelScale);
-    recordMouse();
-    FormView view(*form);
-    view.show();
+    const auto view = mouseView(PictureBox::PixelScale);
     auto modal = std::make_shared<RecordingForm>(scripted.app, QStringLiteral("frmModal"));
     scripted.app.registerForm(QStringLiteral("frmModal"), [modal](ApplicationBase&) { return modal; });
     scripted.app.show(scripted.app.form(QStringLiteral("frmModal")), true);
-    QTest::mousePress(view.widgetFor(box), Qt::LeftButton, {}, QPoint(5, 5));
+    QTest::mousePress(view->widgetFor(box), Qt::LeftButton, {}, QPoint(5, 5));
     EXPECT_TRUE(mouse.isEmpty());
 }
 

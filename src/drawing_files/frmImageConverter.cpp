@@ -27,6 +27,7 @@ constexpr int SingleBorder = 1;   // a label's BorderStyle with a single border
 int16_t nextStep(int16_t counter) {
     return vb::checkInt16(static_cast<long long>(counter) + 1);
 }
+
 // "x y" for Label3, made with one allocation: the walk writes it at every
 // pixel that shows.
 QString coordinatesText(int16_t x, int16_t y) {
@@ -37,6 +38,7 @@ QString coordinatesText(int16_t x, int16_t y) {
     end = std::to_chars(end + 1, text.data() + text.size(), y).ptr;
     return QString::fromLatin1(text.data(), static_cast<qsizetype>(end - text.data()));
 }
+
 } // namespace
 
 frmImageConverter::frmImageConverter(Application& app)

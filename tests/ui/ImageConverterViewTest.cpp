@@ -1,7 +1,7 @@
 // The image converter as the desktop shows it: its buttons and texts, a
 // picture loaded by the Load Image button, and a colour picked by Set Transp
 // and a click on the picture, shown as the indicator's background. With
-// TESSALY_FILES_SCREENSHOT_DIR set to a folder (scripts/screenshot-files.sh
+// TESSALY_FILES_SCREENSHOT_DIR set to a folder (scripts/screenshot.sh
 // runs it so under a virtual display) it also saves the window as
 // files-converter.png there.
 #include "UiTestSupport.h"

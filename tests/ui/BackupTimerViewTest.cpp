@@ -1,8 +1,7 @@
 // The main window's backup timer on the desktop: a QTimer of one second whose
 // ticks reach the backup counter and its status panel, stopped by the Auto
 // Backup entry of the File menu.
-#include "UiTestSupport.h"
-#include "program/Program.h"
+#include "ProgramWindows.h"
 #include "ui/FormView.h"
 #include "workspace/Application.h"
 #include "workspace/frmMain.h"
@@ -15,22 +14,10 @@
 namespace tessaly::ui {
 namespace {
 
-using testing::TempHome;
-
-class BackupTimerView : public ::testing::Test {
+class BackupTimerView : public testing::ProgramWindows {
 protected:
-    TempHome home;
-    bool installed = (program::installHome(home.home()), true);
-    ScriptedUiPort port;
-    RecordingWaiter waiter;
-    std::unique_ptr<Application> app = program::makeApplication(port, waiter, home.home());
-    frmMain& main = loadMain();
     FormView view{main};
 
-    frmMain& loadMain() {
-        app->gTemplateFolder = home.home().templateDir() + QLatin1Char('/');
-        return app->form<frmMain>();
-    }
     QTimer* timer() const { return qobject_cast<QTimer*>(view.objectFor(main.Timer1)); }
     // The timer's tick, as its interval's end delivers it.
     void tick() { ASSERT_TRUE(QMetaObject::invokeMethod(timer(), "timeout", Qt::DirectConnection)); }

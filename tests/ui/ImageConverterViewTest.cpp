@@ -4,10 +4,9 @@
 // TESSALY_FILES_SCREENSHOT_DIR set to a folder (scripts/screenshot.sh
 // runs it so under a virtual display) it also saves the window as
 // files-converter.png there.
-#include "UiTestSupport.h"
+#include "ProgramWindows.h"
 #include "core/forms/PictureBox.h"
 #include "drawing_files/frmImageConverter.h"
-#include "program/Program.h"
 #include "ui/FormView.h"
 #include "ui/PictureBoxWidget.h"
 #include "workspace/Application.h"
@@ -21,8 +20,6 @@
 
 namespace tessaly::ui {
 namespace {
-
-using testing::TempHome;
 
 const QColor Wall(40, 40, 40);
 const QColor Floor(250, 246, 232);
@@ -43,19 +40,13 @@ QImage planPicture() {
     return image;
 }
 
-class ImageConverterView : public ::testing::Test {
+class ImageConverterView : public testing::ProgramWindows {
 protected:
-    TempHome home;
-    bool installed = (program::installHome(home.home()), true);
-    ScriptedUiPort port;
-    RecordingWaiter waiter;
-    std::unique_ptr<Application> app = program::makeApplication(port, waiter, home.home());
     frmImageConverter& form = openConverter();
     FormView view{form};
 
+    // The menu entry starts disabled: the program's code enables it here.
     frmImageConverter& openConverter() {
-        app->gTemplateFolder = home.home().templateDir() + QLatin1Char('/');
-        frmMain& main = app->form<frmMain>();
         Control& entry = main.control(QStringLiteral("mnuFile_Convert"));
         entry.setEnabled(true);
         main.raiseEvent(entry, QStringLiteral("Click"));

@@ -5,6 +5,12 @@
 #   menu-file.png    the same with the File menu open
 #   menu-view.png    the same with the View menu open
 #   settings.png     the settings window (View > Software Settings...)
+#   files-menu.png         the File menu with every entry, Non Project open
+#   files-exit-prompt.png  the question at exit after a change to a free drawing
+#   files-converter.png    the image converter with a loaded picture and a
+#                          picked colour (its menu entry is disabled in the
+#                          program, so the view test of the window shows it;
+#                          taken when build/tests/ui/ui_tests exists)
 # Usage: scripts/screenshot.sh [build-dir] [output-dir]
 # The program runs on a fresh application home made by `tessaly --install`.
 set -euo pipefail
@@ -54,6 +60,41 @@ xdotool key Up Return
 xdotool search --sync --onlyvisible --name '^Settings$' >/dev/null
 sleep 1
 import -window root "$out/settings.png"
+
+# The drawing files, on a fresh start of the program.
+kill "$pid"
+wait "$pid" 2>/dev/null || true
+"$exe" --home "$home" &
+pid=$!
+xdotool search --sync --onlyvisible --name '^Tessaly - ' >/dev/null
+sleep 1
+# The File menu, and its first entry "Non Project" opened.
+xdotool mousemove $((X + 18)) $menu_y click 1
+sleep 0.7
+xdotool mousemove $((X + 60)) $((menu_y + 24))
+sleep 1
+import -window root "$out/files-menu.png"
+xdotool key Escape Escape
+sleep 0.5
+# A rectangle drawn on the page, then File > Exit by its access keys.
+xdotool mousemove 16 95 click 1
+sleep 0.3
+xdotool mousemove 500 350 mousedown 1 mousemove 560 400 mousemove 700 500 mouseup 1
+sleep 0.5
+xdotool key alt+f
+sleep 0.5
+xdotool key x
+sleep 1
+import -window root "$out/files-exit-prompt.png"
+# No: the program ends.
+xdotool key n
+sleep 1
 SHOOT
 xvfb-run -a -s "-screen 0 1280x1024x24" bash "$home/shoot.sh" "$exe" "$home" "$out"
+
+tests="$PWD/$build/tests/ui/ui_tests"
+if [ -x "$tests" ]; then
+  TESSALY_FILES_SCREENSHOT_DIR="$out" QT_QPA_PLATFORM=xcb \
+    xvfb-run -a -s "-screen 0 1280x1024x24" "$tests" --gtest_filter='ImageConverterView.*' >/dev/null
+fi
 ls -l "$out"/*.png

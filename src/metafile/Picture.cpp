@@ -37,6 +37,8 @@ QImage readBitmap(const QByteArray& bytes) {
     buffer.setData(bytes);
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer);
+    // A photograph stands as its camera says it was held.
+    reader.setAutoTransform(true);
     if (!BitmapFormats.contains(reader.format()))
         return QImage();
     const QSize size = reader.size();

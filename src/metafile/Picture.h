@@ -24,6 +24,7 @@ public:
     // The bitmap scaled, or the metafile played, into the target.
     void draw(QPainter& painter, const QRectF& target) const;
     QImage toImage(const QSize& size) const;
+    const QImage& bitmap() const { return bitmap_; } // the decoded pixels of a bitmap; null for a metafile
     const QByteArray& data() const { return data_; } // the original file bytes
 
     // Error 481 when the bytes are not a picture that can be read.

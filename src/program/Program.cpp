@@ -3,6 +3,7 @@
 #include "core/install/Installer.h"
 #include "core/script/CoreCommands.h"
 #include "core/script/ScriptRegistry.h"
+#include "drawing_files/DrawingFiles.h"
 #include "schedule/ScheduleScript.h"
 #include "templates/Drawings.h"
 #include "workspace/Application.h"
@@ -16,12 +17,15 @@ void installHome(const AppHome& home) {
 }
 
 std::unique_ptr<Application> makeApplication(UiPort& ui, Waiter& waiter, AppHome home) {
-    return std::make_unique<Application>(ui, waiter, std::move(home));
+    auto app = std::make_unique<Application>(ui, waiter, std::move(home));
+    registerDrawingFiles(*app);
+    return app;
 }
 
 void addScriptCommands(script::Registry& registry) {
     script::addCoreCommands(registry);
     addWorkspaceScriptCommands(registry);
+    addDrawingFilesScriptCommands(registry);
     schedule::addScheduleScriptCommands(registry);
 }
 

@@ -21,9 +21,6 @@ namespace tessaly::ui {
 
 namespace {
 
-// The left mouse button as the canvas counts it.
-constexpr int LeftButton = 1;
-
 // Tool modes of View.ToolMode that choose the pointer.
 constexpr int SelectMode = 1;
 constexpr int RotateMode = 2;
@@ -266,7 +263,7 @@ void CanvasWidget::mouseDoubleClickEvent(QMouseEvent* event) {
         const QPointF s = screenPos(at);
         canvas_->mouseDoubleClick(button, shift, s.x(), s.y());
         // A double click on a text shape with the select tool edits its text in place.
-        if (button != LeftButton || canvas_->viewSettings().toolMode != SelectMode ||
+        if (button != LeftButtonCode || canvas_->viewSettings().toolMode != SelectMode ||
             canvas_->textEditor().open)
             return;
         const canvas::ViewGeometry& view = canvas_->viewGeometry();

@@ -1,6 +1,8 @@
 // Frames and panels, the placeholders of engine controls, the status bar, the
 // tab strip, the slider and the timer.
 #include "ControlWidget.h"
+#include "PictureBoxWidget.h"
+#include "core/forms/PictureBox.h"
 
 #include <QFrame>
 #include <QGroupBox>
@@ -76,7 +78,17 @@ ControlWidget makeFrame(Control& control, QWidget* parent, ViewSink&) {
     return made;
 }
 
-ControlWidget makePictureBox(Control&, QWidget* parent, ViewSink&) {
+ControlWidget makePictureBox(Control& control, QWidget* parent, ViewSink& sink) {
+    // A box with a drawing surface shows its picture and reports the mouse.
+    if (PictureBox* surface = PictureBox::of(control)) {
+        auto* box = new PictureBoxWidget(control, *surface, sink, parent);
+        return ControlWidget{box, nullptr,
+                             [box](const QString& p) {
+                                 if (wants(p, "Picture"))
+                                     box->update();
+                             },
+                             false};
+    }
     auto* panel = new QFrame(parent);
     panel->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
     return ControlWidget{panel, nullptr, [](const QString&) {}, false};

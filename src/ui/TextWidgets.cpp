@@ -21,6 +21,8 @@ constexpr int AlignCenter = 2;
 // Check box values of the platform.
 constexpr int Checked = 1;
 constexpr int Grayed = 2;
+// A label's BorderStyle with a single border.
+constexpr int SingleBorder = 1;
 
 // True when `property` is the one to sync, or when everything is.
 bool wants(const QString& property, const char* name) {
@@ -61,6 +63,11 @@ ControlWidget makeLabel(Control& control, QWidget* parent, ViewSink&) {
             label->setText(withoutAccessKeys(control.caption()));
         if (wants(p, "Alignment"))
             label->setAlignment(labelAlignment(control.prop(QStringLiteral("Alignment")).toInt()));
+        // BorderStyle 1 is a single sunken border; 0, the default, none.
+        if (wants(p, "BorderStyle"))
+            label->setFrameStyle(control.prop(QStringLiteral("BorderStyle")).toInt() == SingleBorder
+                                     ? QFrame::Panel | QFrame::Sunken
+                                     : QFrame::NoFrame);
     };
     return made;
 }

@@ -61,10 +61,6 @@ constexpr int KeyF1 = 112; // F2 to F12 follow
 constexpr int ShiftBit = 1;
 constexpr int CtrlBit = 2;
 constexpr int AltBit = 4;
-// Mouse button codes.
-constexpr int LeftButtonCode = 1;
-constexpr int RightButtonCode = 2;
-constexpr int MiddleButtonCode = 4;
 } // namespace
 
 int platformKeyCode(int qtKey) {

@@ -37,8 +37,11 @@ namespace tessaly::ui {
 // mask: 1 Shift, 2 Ctrl, 4 Alt.
 int platformKeyCode(int qtKey);
 int platformShiftMask(Qt::KeyboardModifiers modifiers);
-// The platform's code of a mouse button (1 left, 2 right, 4 middle, 0 others),
-// and of the buttons held down together.
+// The platform's mouse button codes: 1 left, 2 right, 4 middle; a button
+// that goes down or up, and the set of buttons held during a move.
+constexpr int LeftButtonCode = 1;
+constexpr int RightButtonCode = 2;
+constexpr int MiddleButtonCode = 4;
 int platformButton(Qt::MouseButton button);
 int platformButtons(Qt::MouseButtons buttons);
 

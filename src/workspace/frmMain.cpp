@@ -58,8 +58,6 @@ frmMain::frmMain(Application& app)
     onForm(QStringLiteral("Activate"), [this](EventArgs&) { Form_Activate(); });
     onForm(QStringLiteral("Resize"), [this](EventArgs&) { Form_Resize(); });
     onForm(QStringLiteral("Unload"), [this](EventArgs&) { Form_Unload(); });
-    on(QStringLiteral("mnuFile_Exit"), QStringLiteral("Click"),
-       [this](Control&, EventArgs&) { app_.unload(*this); });
     on(QStringLiteral("mnuView_GenSoftwareSettings"), QStringLiteral("Click"),
        [this](Control&, EventArgs&) { app_.show(app_.form(QStringLiteral("frmSettings")), true); });
     on(QStringLiteral("mnuEdit_CreateGuide"), QStringLiteral("Click"),

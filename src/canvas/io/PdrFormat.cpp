@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QStorageInfo>
 #include <QtEndian>
 #include <array>
 #include <cmath>
@@ -626,18 +627,30 @@ Contents readFile(const QString& hostPath) {
     }
 }
 
+namespace {
+// Why a write of `size` bytes to `hostPath` failed: a disk without room for
+// the drawing says so, since a write that stops part way often leaves the
+// platform no text of its own.
+QString writeFailure(const QString& hostPath, qsizetype size, const QString& reason) {
+    const QStorageInfo disk(QFileInfo(hostPath).absolutePath());
+    const bool full = disk.isValid() && disk.bytesAvailable() < size;
+    return QStringLiteral("The drawing file %1 cannot be written: %2")
+        .arg(hostPath, full ? QStringLiteral("the disk is full") : reason);
+}
+} // namespace
+
 QString writeFile(const QString& hostPath, const std::vector<ShapePtr>& shapes, const PageState& state) {
     const QByteArray bytes = encode(shapes, state);
     QSaveFile file(hostPath);
     if (!file.open(QIODevice::WriteOnly))
-        return QStringLiteral("The drawing file %1 cannot be written: %2").arg(hostPath, file.errorString());
+        return writeFailure(hostPath, bytes.size(), file.errorString());
     if (file.write(bytes) != bytes.size()) {
         const QString reason = file.errorString();
         file.cancelWriting();
-        return QStringLiteral("The drawing file %1 cannot be written: %2").arg(hostPath, reason);
+        return writeFailure(hostPath, bytes.size(), reason);
     }
     if (!file.commit())
-        return QStringLiteral("The drawing file %1 cannot be written: %2").arg(hostPath, file.errorString());
+        return writeFailure(hostPath, bytes.size(), file.errorString());
     return {};
 }
 

@@ -2,23 +2,30 @@
 
 #include "core/runtime/RuntimeError.h"
 
-#include <QBuffer>
 #include <QFile>
-#include <QImageReader>
 #include <QPainter>
+#include <algorithm>
+#include <cmath>
 
 #include "metafile/Picture.h"
 
 namespace tessaly::canvas {
 
 namespace {
-QImage readRaster(const QByteArray& bytes) {
-    QBuffer buffer;
-    buffer.setData(bytes);
-    buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer);
-    reader.setAutoTransform(true);
-    return reader.read();
+// The raster form of a metafile is played at the picture's natural size, but
+// within this many pixels: beyond, it is scaled down in proportion, so that a
+// metafile claiming a vast frame never takes the memory of its full raster.
+// Its vectors are still drawn as vectors at any size.
+constexpr double MaxVectorRasterPixels = 16.0 * 1024 * 1024;
+
+QSize vectorRasterSize(const QSize& natural) {
+    const QSize size = natural.expandedTo(QSize(1, 1));
+    const double pixels = static_cast<double>(size.width()) * size.height();
+    if (pixels <= MaxVectorRasterPixels)
+        return size;
+    const double k = std::sqrt(MaxVectorRasterPixels / pixels);
+    return QSize(std::max(1, static_cast<int>(size.width() * k)),
+                 std::max(1, static_cast<int>(size.height() * k)));
 }
 } // namespace
 
@@ -30,9 +37,9 @@ std::shared_ptr<const CanvasPicture> CanvasPicture::fromData(const QByteArray& b
     picture->widthHiMetric_ = meta->widthHiMetric();
     picture->heightHiMetric_ = meta->heightHiMetric();
     if (meta->kind() == metafile::Picture::Kind::Bitmap) {
-        picture->image_ = readRaster(bytes);
+        picture->image_ = meta->bitmap(); // decoded once, shared
     } else {
-        picture->image_ = meta->toImage(meta->pixelSize().expandedTo(QSize(1, 1)));
+        picture->image_ = meta->toImage(vectorRasterSize(meta->pixelSize()));
         picture->drawer_ = [meta](QPainter& p, const QRectF& target) { meta->draw(p, target); };
     }
     if (picture->image_.isNull())

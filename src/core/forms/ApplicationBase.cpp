@@ -81,19 +81,29 @@ bool ApplicationBase::unload(Form& f) {
         return false;
     FormPtr keep = it->second;
     forms_.erase(it);
-    std::erase(modal_, &f);
+    const bool wasModal = std::erase(modal_, &f) > 0;
     f.setVisible(false);
     ui.unloadForm(f);
     unloaded_.push_back(std::move(keep));
     // The process lives for as long as a window of it is loaded.
     if (f.endsProcessOnUnload || forms_.empty())
         endProcess();
-    // The form that was under a closed modal one becomes active again.
+    // The window under a closed one becomes active again: the modal form
+    // that lies underneath, or else, when a modal form closed, the main window.
     if (!modal_.empty())
         modal_.back()->raiseFormEvent(QStringLiteral("Activate"));
+    else if (Form* main = wasModal ? mainForm() : nullptr)
+        main->raiseFormEvent(QStringLiteral("Activate"));
     if (dispatchDepth_ == 0)
         collectGarbage();
     return true;
+}
+
+Form* ApplicationBase::mainForm() const {
+    for (const auto& [k, f] : forms_)
+        if (f->endsProcessOnUnload)
+            return f.get();
+    return nullptr;
 }
 
 bool ApplicationBase::acceptsInput(const Form& f) const {

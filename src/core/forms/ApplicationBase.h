@@ -61,6 +61,8 @@ public:
     // its handlers kept it loaded.
     bool unload(Form& form);
     const std::vector<Form*>& modalStack() const { return modal_; }
+    // The loaded main window (the form whose unload ends the process), if any.
+    Form* mainForm() const;
     // Whether input may reach `form` now: it is the top modal form, or there is none.
     bool acceptsInput(const Form& form) const;
 

@@ -134,9 +134,14 @@ void Control::fire(const QString& event, QVariantList args) {
 }
 
 void Control::setProp(const QString& name, const QVariant& value) {
-    if (props_.value(name) == value && props_.contains(name))
+    // One look-up: labels are written once a pixel by the image converter's walk.
+    const auto it = props_.find(name);
+    if (it == props_.end())
+        props_.insert(name, value);
+    else if (*it == value)
         return;
-    props_.insert(name, value);
+    else
+        *it = value;
     if (onChanged)
         onChanged(name);
 }

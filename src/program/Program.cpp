@@ -3,6 +3,7 @@
 #include "core/install/Installer.h"
 #include "core/script/CoreCommands.h"
 #include "core/script/ScriptRegistry.h"
+#include "output/Output.h"
 #include "templates/Drawings.h"
 #include "workspace/Application.h"
 #include "workspace/WorkspaceScript.h"
@@ -15,12 +16,15 @@ void installHome(const AppHome& home) {
 }
 
 std::unique_ptr<Application> makeApplication(UiPort& ui, Waiter& waiter, AppHome home) {
-    return std::make_unique<Application>(ui, waiter, std::move(home));
+    auto app = std::make_unique<Application>(ui, waiter, std::move(home));
+    registerOutput(*app);
+    return app;
 }
 
 void addScriptCommands(script::Registry& registry) {
     script::addCoreCommands(registry);
     addWorkspaceScriptCommands(registry);
+    addOutputScriptCommands(registry);
 }
 
 script::Program scriptProgram() {

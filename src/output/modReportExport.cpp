@@ -84,6 +84,21 @@ void modReportExport::ExportReportToTIFF(reports::ActiveReport& report, const QS
         app_.ui.msgBox(TiffCompleted, mb::Information, AppTitle);
 }
 
+void modReportExport::writeReport(reports::ActiveReport& report, const QString& path, bool pdf) {
+    const auto keep = report.shared_from_this();
+    report.Run(false);
+    if (pdf) {
+        reports::PdfExportFilter filter;
+        filter.FileName = path;
+        filter.Export(report.Pages());
+    } else {
+        reports::TiffExportFilter filter;
+        filter.FileName = path;
+        filter.Export(report.Pages());
+    }
+    report.Unload();
+}
+
 void modReportExport::callExport(bool pdf, QVariantList& args) {
     AutoPtr object = toObject(args.value(0));
     if (!object && args.value(0).metaType().id() == QMetaType::QString)

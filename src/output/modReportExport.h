@@ -50,6 +50,11 @@ public:
     // The same as a TIFF, with no error trap: every error goes to the caller.
     void ExportReportToTIFF(reports::ActiveReport& report, const QString& path, bool notify);
 
+    // Runs the layout and writes its pages with the PDF or the TIFF filter
+    // and unloads it, as the two routines do, but with no message and every
+    // error going to the caller: the headless converter's way.
+    void writeReport(reports::ActiveReport& report, const QString& path, bool pdf);
+
     // The filters while an export holds them.
     const reports::PdfExportFilter* pdfFilter() const { return pdfFilter_.get(); }
     const reports::TiffExportFilter* tiffFilter() const { return tiffFilter_.get(); }

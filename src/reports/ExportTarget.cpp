@@ -19,8 +19,41 @@ namespace {
 
 // Write permission for anyone: a file or folder without any of these bits is
 // read-only for every user, whatever the rights of the user running Tessaly.
+// The mode bits alone: the "user" bits say what this process may do, and
+// that is everything for the superuser.
 constexpr QFileDevice::Permissions WriteBits =
-    QFileDevice::WriteOwner | QFileDevice::WriteUser | QFileDevice::WriteGroup | QFileDevice::WriteOther;
+    QFileDevice::WriteOwner | QFileDevice::WriteGroup | QFileDevice::WriteOther;
+
+// Passes writes on to the file and notes the first one that the file took
+// only in part (a full disk, a file size limit): the file device itself
+// reports such a short write as a success.
+class CheckedDevice final : public QIODevice {
+public:
+    explicit CheckedDevice(QFileDevice& file) : file_(file) {
+        open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+    }
+
+    bool failed() const { return failed_; }
+    qint64 written() const { return written_; }
+
+protected:
+    qint64 readData(char*, qint64) override { return -1; }
+    qint64 writeData(const char* data, qint64 size) override {
+        if (failed_)
+            return -1;
+        if (file_.write(data, size) != size) {
+            failed_ = true;
+            return -1;
+        }
+        written_ += size;
+        return size;
+    }
+
+private:
+    QFileDevice& file_;
+    bool failed_ = false;
+    qint64 written_ = 0;
+};
 
 // Whether another program holds a lock on the open file: a whole-file lock
 // (flock) or a record lock (fcntl), either of which a viewer may take.
@@ -74,16 +107,19 @@ void ExportTarget::fail(const QString& reason) const {
 
 void ExportTarget::write(const std::function<void(QIODevice&)>& produce) {
     QSaveFile file(hostPath_);
-    if (!file.open(QIODevice::WriteOnly))
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         fail(file.errorString());
+    CheckedDevice out(file);
     try {
-        produce(file);
+        produce(out);
     } catch (...) {
         file.cancelWriting();
         throw;
     }
-    if (file.error() != QFileDevice::NoError) {
-        const QString why = file.errorString();
+    if (out.failed() || file.error() != QFileDevice::NoError || file.size() != out.written()) {
+        const QString why = file.error() != QFileDevice::NoError
+                                ? file.errorString()
+                                : QStringLiteral("the disk is full or the file has grown too large");
         file.cancelWriting();
         fail(why);
     }

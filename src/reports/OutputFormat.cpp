@@ -73,6 +73,8 @@ NumberPattern parsePattern(const QString& section) {
         }
     if (first < 0) {
         p.prefix = section;
+        p.prefix.remove(QLatin1Char('"'));
+        p.prefix.remove(QLatin1Char('\\'));
         return p;
     }
     p.hasDigits = true;
@@ -96,6 +98,8 @@ NumberPattern parsePattern(const QString& section) {
 
 // Digits of |value| rounded half away from zero, as the report's formats round.
 QString formatNumber(double value, const NumberPattern& p) {
+    if (!p.hasDigits)
+        return p.prefix;
     double v = std::fabs(value) * (p.percent ? PercentFactor : 1);
     const double scale = std::pow(10.0, p.maxDecimals);
     v = std::floor(v * scale + 0.5) / scale;
@@ -124,8 +128,6 @@ QString formatWithPattern(double value, const QString& format) {
     if (value < 0 && sections.size() >= 2 && !sections[1].isEmpty())
         return formatNumber(value, parsePattern(sections[1]));
     const NumberPattern p = parsePattern(sections[0]);
-    if (!p.hasDigits)
-        return p.prefix;
     const QString text = formatNumber(value, p);
     const bool showsDigit = text.contains(QRegularExpression(QStringLiteral("[1-9]")));
     return value < 0 && showsDigit ? QLatin1Char('-') + text : text;

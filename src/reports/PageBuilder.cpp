@@ -9,6 +9,7 @@
 #include "core/runtime/Vb.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace tessaly::reports {
 
@@ -81,6 +82,9 @@ void PageBuilder::collectSummaries() {
 }
 
 void PageBuilder::detailRow(db::Recordset* row) {
+    // The row's numbers, for the sums: the run's totals take them before the
+    // detail prints, the page's once the detail has found its page.
+    std::vector<std::pair<Field*, double>> numbers;
     if (row) {
         bindRow(*row);
         for (auto& [field, total] : grandTotals_) {
@@ -90,10 +94,12 @@ void PageBuilder::detailRow(db::Recordset* row) {
             if (v.isNull() || !vb::isNumeric(v))
                 continue;
             total.add(vb::toDouble(v));
-            pageTotals_[field].add(vb::toDouble(v));
+            numbers.emplace_back(field, vb::toDouble(v));
         }
     }
     placeSection(report_.section(SectionType::Detail), true);
+    for (const auto& [field, number] : numbers)
+        pageTotals_[field].add(number);
 }
 
 void PageBuilder::bindRow(db::Recordset& row) {
@@ -132,7 +138,7 @@ void PageBuilder::placeSection(Section* section, bool mayBreak) {
     }
     layControls(*section, y_);
     y_ += section->Height;
-    if (section->type() != SectionType::PageHeader && section->type() != SectionType::ReportHeader)
+    if (section->type() != SectionType::PageHeader)
         pageHasBody_ = true;
 }
 

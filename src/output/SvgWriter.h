@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QByteArray>
+
+namespace tessaly::canvas {
+class POLARDraw;
+}
+
+namespace tessaly::output {
+
+// The page of a canvas as an SVG document, drawn by the canvas's one renderer:
+// the page at its true size in millimetres, shapes as paths and text as text,
+// with no grid, guides or selection.
+QByteArray drawingToSvg(const canvas::POLARDraw& canvas);
+
+} // namespace tessaly::output

@@ -165,6 +165,8 @@ void EmfPaintEngine::updateState(const QPaintEngineState& state) {
     if (flags & DirtyTransform) {
         transform_ = state.transform();
         penDirty_ = true;
+        // A texture's size in device units follows the transform.
+        brushDirty_ = brushDirty_ || brush_.style() == Qt::TexturePattern;
     }
     if (flags & DirtyPen) {
         pen_ = state.pen();
@@ -299,6 +301,13 @@ void EmfPaintEngine::realizeBrush() {
         QImage image;
         if (style == Qt::TexturePattern) {
             image = brush_.textureImage();
+            // A metafile lays its pattern out in device units: the texture
+            // goes in at the size that its brush and the painter give it.
+            const QTransform toDevice = brush_.transform() * transform_;
+            const QSize size(std::max(1, roundToInt(image.width() * std::hypot(toDevice.m11(), toDevice.m12()))),
+                             std::max(1, roundToInt(image.height() * std::hypot(toDevice.m21(), toDevice.m22()))));
+            if (!image.isNull() && size != image.size())
+                image = image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
         } else {
             image = QImage(PatternSide, PatternSide, QImage::Format_RGB32);
             image.fill(Qt::white);

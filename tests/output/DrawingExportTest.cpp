@@ -146,3 +146,22 @@ TEST_F(DrawingExports, AnUnwritableTargetIsAClearErrorAndLeavesTheOldFile) {
     EXPECT_EQ(bytes(path(QStringLiteral("plan.svg"))), QByteArray("old"));
     EXPECT_FALSE(QDir(path(QStringLiteral("missing"))).exists());
 }
+
+TEST_F(DrawingExports, HatchesKeepTheirSizeInTheMetafile) {
+    plan();
+    write(QStringLiteral("hatch.emf"));
+    // The brick tile covers 8 page mm: 30 units of the metafile's 96-dpi
+    // device, as on screen, so the PDF and TIFF made from it hatch alike.
+    const QByteArray emf = bytes(path(QStringLiteral("hatch.emf")));
+    int patterns = 0;
+    for (const EmfRecord& r : emfRecords(emf)) {
+        constexpr uint32_t CreateDibPatternBrushPt = 94;
+        if (r.type != CreateDibPatternBrushPt)
+            continue;
+        ++patterns;
+        const uint32_t bmi = u32(emf, r.offset + 16);
+        EXPECT_NEAR(i32(emf, r.offset + bmi + 4), 8 * 96 / 25.4, 1);
+        EXPECT_NEAR(i32(emf, r.offset + bmi + 8), 8 * 96 / 25.4, 1);
+    }
+    EXPECT_EQ(patterns, 1);
+}

@@ -122,11 +122,14 @@ TEST_F(ReportViewerTest, ZoomShowsThePaperAtItsSize) {
     viewer->zoomOut();
     viewer->zoomOut();
     EXPECT_EQ(viewer->zoom(), 75);
+    EXPECT_EQ(viewer->findChild<QComboBox*>()->currentText(), QStringLiteral("75%"));
     viewer->resize(700, 600);
     testing::processPending();
     viewer->fitPage();
     const auto* scroll = page->parentWidget();
     EXPECT_LE(page->height(), scroll->height());
+    EXPECT_EQ(viewer->findChild<QComboBox*>()->currentText(), QStringLiteral("%1%").arg(viewer->zoom()));
+    EXPECT_NE(viewer->zoom(), 75);
     EXPECT_EQ(viewer->findChild<QComboBox*>()->count(), 11);
 }
 

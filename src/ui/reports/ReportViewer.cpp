@@ -9,6 +9,7 @@
 #include <QFileDialog>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPageLayout>
 #include <QPainter>
@@ -74,6 +75,9 @@ void ReportViewer::buildToolBar() {
     last_ = button(bar, QStringLiteral(">|"), tr("Last page"));
     auto* out = button(bar, QStringLiteral("-"), tr("Zoom out"));
     zoomBox_ = new QComboBox(bar);
+    // Editable, so that it shows a fitted zoom and takes a typed one.
+    zoomBox_->setEditable(true);
+    zoomBox_->setInsertPolicy(QComboBox::NoInsert);
     for (int z : ZoomSteps)
         zoomBox_->addItem(QStringLiteral("%1%").arg(z), z);
     zoomBox_->addItem(FitPageText, -1);
@@ -99,6 +103,16 @@ void ReportViewer::buildToolBar() {
     connect(last_, &QToolButton::clicked, this, [this] { showPage(report_->pageCount() - 1); });
     connect(in, &QToolButton::clicked, this, &ReportViewer::zoomIn);
     connect(out, &QToolButton::clicked, this, &ReportViewer::zoomOut);
+    connect(zoomBox_->lineEdit(), &QLineEdit::editingFinished, this, [this] {
+        QString typed = zoomBox_->lineEdit()->text().trimmed();
+        typed.remove(QLatin1Char('%'));
+        bool ok = false;
+        const int percent = typed.toInt(&ok);
+        if (ok)
+            setZoom(percent);
+        else
+            refresh();
+    });
     connect(zoomBox_, &QComboBox::activated, this, [this](int index) {
         const int choice = zoomBox_->itemData(index).toInt();
         if (choice == -1)
@@ -121,11 +135,7 @@ void ReportViewer::refresh() {
     previous_->setEnabled(page_ > 0);
     next_->setEnabled(page_ + 1 < count);
     last_->setEnabled(page_ + 1 < count);
-    const int index = zoomBox_->findData(zoom_);
-    if (index >= 0)
-        zoomBox_->setCurrentIndex(index);
-    else
-        zoomBox_->setEditText(QStringLiteral("%1%").arg(zoom_));
+    zoomBox_->setEditText(QStringLiteral("%1%").arg(zoom_));
     view_->show(page_, zoom_);
 }
 

@@ -1,6 +1,7 @@
 #include "DrawingExport.h"
 
 #include "ExportLayouts.h"
+#include "PngWriter.h"
 #include "SvgWriter.h"
 #include "modReportExport.h"
 
@@ -11,7 +12,6 @@
 #include "core/runtime/RuntimeError.h"
 #include "core/runtime/Vb.h"
 #include "reports/ExportTarget.h"
-#include "reports/TiffWriter.h"
 #include "workspace/Application.h"
 #include "workspace/LateBound.h"
 
@@ -24,10 +24,6 @@
 namespace tessaly::output {
 
 namespace {
-
-// PNG compression through the writer's quality: 0 the smallest file, 100
-// none. This one keeps nearly all of the gain at a fraction of the time.
-constexpr int PngQuality = 80;
 
 // Takes the canvas's file errors while a write runs, so that they reach the
 // caller as run-time errors instead of a message box.
@@ -62,17 +58,14 @@ void saveFromCanvas(canvas::POLARDraw& canvas, const QString& hostPath, int form
     errors.raiseIfFailed();
 }
 
-// The page as an image file at `dpi`; a page of greys only is written as grey.
+// The page as an image file at `dpi`: a PNG by the writer for large pages, a BMP by Qt's.
 QByteArray encodeImage(canvas::POLARDraw& canvas, double dpi, const char* format) {
-    QImage image = canvas.renderImage(dpi);
-    const bool png = qstrcmp(format, "PNG") == 0;
-    if (png && reports::classify(image) != reports::PageColours::Colour)
-        image = image.convertToFormat(QImage::Format_Grayscale8);
+    const QImage image = canvas.renderImage(dpi);
+    if (qstrcmp(format, "PNG") == 0)
+        return encodePng(image);
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     QImageWriter writer(&buffer, format);
-    if (png)
-        writer.setQuality(PngQuality);
     if (!writer.write(image))
         raiseError(err::PathFileAccess,
                    QStringLiteral("The image cannot be encoded: %1").arg(writer.errorString()));

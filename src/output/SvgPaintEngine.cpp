@@ -131,6 +131,7 @@ bool SvgPaintEngine::begin(QPaintDevice*) {
     body_.clear();
     defs_.clear();
     defined_.clear();
+    tileDigests_.clear();
     groupStyle_.clear();
     transform_ = QTransform();
     pen_ = QPen();
@@ -228,12 +229,14 @@ QByteArray SvgPaintEngine::imageData(const QImage& image) {
 }
 
 QByteArray SvgPaintEngine::patternFor(const QImage& tile, const QTransform& tileToDevice) {
-    const QByteArray key =
-        "pattern" +
-        QCryptographicHash::hash(
+    // Tiles are told apart by their pixels; a tile seen before is known by
+    // its image's key without reading them again.
+    QByteArray& digest = tileDigests_[tile.cacheKey()];
+    if (digest.isEmpty())
+        digest = QCryptographicHash::hash(
             QByteArray::fromRawData(reinterpret_cast<const char*>(tile.constBits()), tile.sizeInBytes()),
-            QCryptographicHash::Md5) +
-        matrix(tileToDevice);
+            QCryptographicHash::Md5);
+    const QByteArray key = "pattern" + digest + matrix(tileToDevice);
     QByteArray id = defined_.value(key);
     if (!id.isEmpty())
         return id;
@@ -287,10 +290,7 @@ QByteArray SvgPaintEngine::paintServer(const QBrush& brush) {
     case Qt::RadialGradientPattern:
         return "url(#" + gradientFor(brush) + ')';
     case Qt::TexturePattern:
-        return "url(#" +
-               patternFor(brush.textureImage().convertToFormat(QImage::Format_ARGB32),
-                          brush.transform() * transform_) +
-               ')';
+        return "url(#" + patternFor(brush.textureImage(), brush.transform() * transform_) + ')';
     case Qt::ConicalGradientPattern:
         return colour(brush.gradient()->stops().value(0).second);
     default: {

@@ -65,6 +65,7 @@ private:
     QByteArray groupStyle_; // the open group's attributes; empty: none open
     int nextId_ = 0;
     QHash<QByteArray, QByteArray> defined_; // a definition's key -> its id
+    QHash<qint64, QByteArray> tileDigests_; // a tile image's key -> the digest of its pixels
 };
 
 } // namespace tessaly::output

@@ -17,6 +17,8 @@ PACKAGES=(
   fonts-liberation2
   # multi-page, compressed TIFF export (Qt's TIFF plugin writes one page only)
   libtiff-dev
+  # compression of large PNG pages
+  zlib1g-dev
   # tests and benchmarks
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   # fuzzing (libFuzzer comes with clang's runtime)

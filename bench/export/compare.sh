@@ -49,13 +49,13 @@ results=()
 measure() {
   local label=$1 output=$2
   shift 2
-  rm -f "$output"
-  local stats
-  if ! stats=$( { /usr/bin/time -f '%e %M' "$@" >/dev/null 2>"$work/err"; } 2>&1 | tail -1 ); then
-    stats="failed 0"
+  rm -f "$output" "$work/time"
+  local seconds=failed kb=0
+  if /usr/bin/time -o "$work/time" -f '%e %M' "$@" >/dev/null 2>"$work/err" && [ -s "$output" ]; then
+    read -r seconds kb <"$work/time"
+  else
+    echo "$label failed: $(tail -3 "$work/err")" >&2
   fi
-  [ -s "$output" ] || stats="failed 0"
-  read -r seconds kb <<<"$stats"
   results+=("$label|$seconds|$((kb / 1024))|$*")
   echo "$label: $seconds s" >&2
 }

@@ -4,7 +4,7 @@
 // them. The plan is the one bench/export/make_plan.py writes: 100,000 lines,
 // rectangles, texts and hatched rectangles on an A1 sheet.
 #include "canvas/api/POLARDraw.h"
-#include "core/port/UiPort.h"
+#include "core/port/ScriptedUiPort.h"
 #include "core/runtime/Waiter.h"
 #include "output/DrawingExport.h"
 #include "program/Program.h"
@@ -34,28 +34,9 @@ void ensureApplication() {
     static QGuiApplication app(argc, argv);
 }
 
-// No one answers: every message box takes its default.
-class SilentUi final : public tessaly::UiPort {
-public:
-    int msgBox(const QString&, int, const QString&) override { return tessaly::mb::ResultOk; }
-    std::optional<QString> inputBox(const QString&, const QString&, const QString&) override { return {}; }
-    std::optional<QString> openDialog(const tessaly::FileDialogRequest&) override { return {}; }
-    std::optional<QString> saveDialog(const tessaly::FileDialogRequest&) override { return {}; }
-    std::optional<QString> folderDialog(const tessaly::FileDialogRequest&) override { return {}; }
-    std::optional<unsigned> colourDialog(unsigned) override { return {}; }
-    bool canvasDialog(const QString&) override { return false; }
-    void setMousePointer(int) override {}
-    void doEvents() override {}
-    QSize screenSize() override { return {1920, 1080}; }
-    void showForm(tessaly::Form&, bool) override {}
-    void unloadForm(tessaly::Form&) override {}
-    void printed(const QString&) override {}
-    void processEnded() override {}
-};
-
 struct Bench {
     QTemporaryDir dir;
-    SilentUi ui;
+    tessaly::ScriptedUiPort ui; // no one answers: every message box takes its default
     tessaly::RecordingWaiter waiter;
     std::unique_ptr<tessaly::Application> app;
     std::shared_ptr<tessaly::canvas::POLARDraw> canvas;

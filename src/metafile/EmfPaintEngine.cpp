@@ -159,8 +159,8 @@ bool EmfPaintEngine::end() {
     if (fontHandle_ != 0)
         selectStock(fontHandle_, gdi::SystemFont);
     fontKey_.clear();
-    if (hasClip_ || clipEnabled_) {
-        hasClip_ = clipEnabled_ = false;
+    if (clip_.active()) {
+        clip_.reset();
         writeClip();
     }
     setActive(false);
@@ -189,31 +189,7 @@ void EmfPaintEngine::updateState(const QPaintEngineState& state) {
     if (flags & DirtyBackground)
         rec_.simpleRecord(emr::SetBkColor, {colourRef(state.backgroundBrush().color())});
 
-    bool clipChanged = false;
-    auto applyClip = [&](const QPainterPath& path, Qt::ClipOperation op) {
-        clipChanged = true;
-        if (op == Qt::NoClip) {
-            hasClip_ = false;
-            clip_ = QPainterPath();
-            return;
-        }
-        const QPainterPath mapped = transform_.map(path);
-        clip_ = (op == Qt::IntersectClip && hasClip_) ? clip_.intersected(mapped) : mapped;
-        hasClip_ = true;
-        clipEnabled_ = true;
-    };
-    if (flags & DirtyClipRegion) {
-        QPainterPath path;
-        path.addRegion(state.clipRegion());
-        applyClip(path, state.clipOperation());
-    }
-    if (flags & DirtyClipPath)
-        applyClip(state.clipPath(), state.clipOperation());
-    if (flags & DirtyClipEnabled) {
-        clipChanged = clipChanged || clipEnabled_ != state.isClipEnabled();
-        clipEnabled_ = state.isClipEnabled();
-    }
-    if (clipChanged)
+    if (clip_.update(state, transform_))
         writeClip();
 }
 
@@ -335,14 +311,15 @@ void EmfPaintEngine::realizeBrush() {
         QSize size;
         if (style == Qt::TexturePattern) {
             const QTransform toDevice = brush_.transform() * transform_;
-            size = QSize(std::max(1, roundToInt(image.width() * std::hypot(toDevice.m11(), toDevice.m12()))),
-                         std::max(1, roundToInt(image.height() * std::hypot(toDevice.m21(), toDevice.m22()))));
+            size =
+                QSize(std::max(1, roundToInt(image.width() * std::hypot(toDevice.m11(), toDevice.m12()))),
+                      std::max(1, roundToInt(image.height() * std::hypot(toDevice.m21(), toDevice.m22()))));
         }
         // The last patterns are kept in the handle table while other brushes
         // come and go, so that shapes filled alike share one pattern record.
-        const QByteArray key = QByteArray::number(style) + ' ' + QByteArray::number(brush_.color().rgba()) + ' ' +
-                               QByteArray::number(image.cacheKey()) + ' ' + QByteArray::number(size.width()) + 'x' +
-                               QByteArray::number(size.height());
+        const QByteArray key = QByteArray::number(style) + ' ' + QByteArray::number(brush_.color().rgba()) +
+                               ' ' + QByteArray::number(image.cacheKey()) + ' ' +
+                               QByteArray::number(size.width()) + 'x' + QByteArray::number(size.height());
         for (const auto& [kept, handle] : patterns_)
             if (kept == key) {
                 if (brushHandle_ != handle)
@@ -450,13 +427,13 @@ void EmfPaintEngine::realizeFont(const QFont& font, double pixelHeight, int esca
 
 void EmfPaintEngine::writeClip() {
     ByteWriter& w = rec_.beginRecord(emr::ExtSelectClipRgn);
-    if (!clipEnabled_ || !hasClip_) {
+    if (!clip_.active()) {
         w.u32(0);
         w.u32(gdi::RgnCopy);
         rec_.endRecord();
         return;
     }
-    QRegion region(clip_.toFillPolygon().toPolygon(), clip_.fillRule());
+    QRegion region(clip_.path().toFillPolygon().toPolygon(), clip_.path().fillRule());
     QList<QRect> rects(region.begin(), region.end());
     if (rects.isEmpty())
         rects.append(QRect(0, 0, 0, 0)); // everything clipped away

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "DeviceClip.h"
 #include "EmfRecorder.h"
 
 #include <QBrush>
@@ -77,9 +78,7 @@ private:
     QString fontKey_;
     uint32_t fillMode_ = 0;
     uint32_t textColour_ = 0xFFFFFFFF;
-    bool clipEnabled_ = false;
-    QPainterPath clip_; // in device units
-    bool hasClip_ = false;
+    DeviceClip clip_;
 };
 
 } // namespace tessaly::metafile

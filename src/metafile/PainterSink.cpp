@@ -307,7 +307,8 @@ void PainterSink::text(const QPointF& reference, const QString& text, const std:
     painter_.restore();
 }
 
-bool PainterSink::drawGlyphs(const QPointF& origin, const QString& text, const std::vector<double>& advances) {
+bool PainterSink::drawGlyphs(const QPointF& origin, const QString& text,
+                             const std::vector<double>& advances) {
     // The glyphs of the string at the places its advances give, drawn in
     // one run: as exact as drawing each character on its own, and far less
     // work for the device (a PDF gets one text object instead of one a letter).

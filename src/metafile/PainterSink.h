@@ -3,8 +3,8 @@
 #include "GdiSink.h"
 
 #include <QFont>
-#include <QRawFont>
 #include <QPainter>
+#include <QRawFont>
 #include <QTransform>
 
 namespace tessaly::metafile {

@@ -2,6 +2,8 @@
 
 #include "SvgPaintEngine.h"
 
+#include "metafile/VectorMetrics.h"
+
 #include <cmath>
 
 namespace tessaly::output {
@@ -48,31 +50,10 @@ QByteArray SvgPaintDevice::document() const {
 
 int SvgPaintDevice::metric(PaintDeviceMetric metric) const {
     const double k = dotsPerInch_ / MmPerInch;
-    switch (metric) {
-    case PdmWidth:
-        return static_cast<int>(std::ceil(sizeMm_.width() * k));
-    case PdmHeight:
-        return static_cast<int>(std::ceil(sizeMm_.height() * k));
-    case PdmWidthMM:
-        return static_cast<int>(std::lround(sizeMm_.width()));
-    case PdmHeightMM:
-        return static_cast<int>(std::lround(sizeMm_.height()));
-    case PdmNumColors:
-        return 0x7FFFFFFF; // true colour
-    case PdmDepth:
-        return 32;
-    case PdmDpiX:
-    case PdmDpiY:
-    case PdmPhysicalDpiX:
-    case PdmPhysicalDpiY:
-        return dotsPerInch_;
-    case PdmDevicePixelRatio:
-        return 1;
-    case PdmDevicePixelRatioScaled:
-        return static_cast<int>(QPaintDevice::devicePixelRatioFScale());
-    default:
-        return QPaintDevice::metric(metric);
-    }
+    const QSize deviceSize(static_cast<int>(std::ceil(sizeMm_.width() * k)),
+                           static_cast<int>(std::ceil(sizeMm_.height() * k)));
+    return metafile::vectorMetric(metric, deviceSize, sizeMm_, dotsPerInch_)
+        .value_or(QPaintDevice::metric(metric));
 }
 
 } // namespace tessaly::output

@@ -160,29 +160,10 @@ void SvgPaintEngine::updateState(const QPaintEngineState& state) {
         opaqueBackground_ = state.backgroundMode() == Qt::OpaqueMode;
     if (flags & DirtyOpacity)
         opacity_ = state.opacity();
-    const auto applyClip = [&](const QPainterPath& path, Qt::ClipOperation op) {
-        if (op == Qt::NoClip) {
-            clipping_ = false;
-            clip_ = QPainterPath();
-            return;
-        }
-        const QPainterPath mapped = transform_.map(path);
-        clip_ = (op == Qt::IntersectClip && clipping_) ? clip_.intersected(mapped) : mapped;
-        clipping_ = true;
-    };
-    if (flags & DirtyClipRegion) {
-        QPainterPath path;
-        path.addRegion(state.clipRegion());
-        applyClip(path, state.clipOperation());
-    }
-    if (flags & DirtyClipPath)
-        applyClip(state.clipPath(), state.clipOperation());
-    if ((flags & DirtyClipEnabled) && !state.isClipEnabled())
-        clipping_ = false;
-    if (flags & (DirtyClipRegion | DirtyClipPath | DirtyClipEnabled)) {
+    if (clip_.update(state, transform_)) {
         clipId_.clear();
-        if (clipping_) {
-            const QByteArray d = pathData(clip_);
+        if (clip_.active()) {
+            const QByteArray d = pathData(clip_.path());
             const QByteArray key = "clip" + QCryptographicHash::hash(d, QCryptographicHash::Md5);
             clipId_ = defined_.value(key);
             if (clipId_.isEmpty()) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "metafile/DeviceClip.h"
+
 #include <QBrush>
 #include <QByteArray>
 #include <QHash>
@@ -59,8 +61,7 @@ private:
     QBrush background_;
     bool opaqueBackground_ = false;
     double opacity_ = 1;
-    bool clipping_ = false;
-    QPainterPath clip_; // device units
+    metafile::DeviceClip clip_;
     QByteArray clipId_;
     QByteArray groupStyle_; // the open group's attributes; empty: none open
     int nextId_ = 0;

@@ -111,10 +111,8 @@ void TiffWriter::addPage(const QImage& image, PageColours colours, double dpi, i
         writeBilevel(image);
         break;
     case PageColours::Grey:
-        writeGrey(image);
-        break;
     case PageColours::Colour:
-        writeColour(image);
+        writeDeflated(image, colours);
         break;
     }
     if (!TIFFWriteDirectory(t))
@@ -141,34 +139,21 @@ void TiffWriter::writeBilevel(const QImage& image) {
     }
 }
 
-void TiffWriter::writeGrey(const QImage& image) {
+void TiffWriter::writeDeflated(const QImage& image, PageColours colours) {
     TIFF* t = tiff_;
+    const bool grey = colours == PageColours::Grey;
+    const QImage rows = image.convertToFormat(grey ? QImage::Format_Grayscale8 : QImage::Format_RGB888);
+    const int samples = grey ? 1 : 3;
     TIFFSetField(t, TIFFTAG_BITSPERSAMPLE, 8);
-    TIFFSetField(t, TIFFTAG_SAMPLESPERPIXEL, 1);
-    TIFFSetField(t, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISBLACK);
-    TIFFSetField(t, TIFFTAG_COMPRESSION, COMPRESSION_ADOBE_DEFLATE);
-    TIFFSetField(t, TIFFTAG_ZIPQUALITY, DeflateLevel);
-    TIFFSetField(t, TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL);
-    TIFFSetField(t, TIFFTAG_ROWSPERSTRIP, static_cast<uint32_t>(std::max(1, StripBytes / image.width())));
-    const QImage grey = image.convertToFormat(QImage::Format_Grayscale8);
-    for (int y = 0; y < grey.height(); ++y)
-        if (TIFFWriteScanline(t, const_cast<uchar*>(grey.constScanLine(y)), static_cast<uint32_t>(y), 0) < 0)
-            fail(QStringLiteral("a row cannot be written"));
-}
-
-void TiffWriter::writeColour(const QImage& image) {
-    TIFF* t = tiff_;
-    TIFFSetField(t, TIFFTAG_BITSPERSAMPLE, 8);
-    TIFFSetField(t, TIFFTAG_SAMPLESPERPIXEL, 3);
-    TIFFSetField(t, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_RGB);
+    TIFFSetField(t, TIFFTAG_SAMPLESPERPIXEL, samples);
+    TIFFSetField(t, TIFFTAG_PHOTOMETRIC, grey ? PHOTOMETRIC_MINISBLACK : PHOTOMETRIC_RGB);
     TIFFSetField(t, TIFFTAG_COMPRESSION, COMPRESSION_ADOBE_DEFLATE);
     TIFFSetField(t, TIFFTAG_ZIPQUALITY, DeflateLevel);
     TIFFSetField(t, TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL);
     TIFFSetField(t, TIFFTAG_ROWSPERSTRIP,
-                 static_cast<uint32_t>(std::max(1, StripBytes / (3 * image.width()))));
-    const QImage rgb = image.convertToFormat(QImage::Format_RGB888);
-    for (int y = 0; y < rgb.height(); ++y)
-        if (TIFFWriteScanline(t, const_cast<uchar*>(rgb.constScanLine(y)), static_cast<uint32_t>(y), 0) < 0)
+                 static_cast<uint32_t>(std::max(1, StripBytes / (samples * rows.width()))));
+    for (int y = 0; y < rows.height(); ++y)
+        if (TIFFWriteScanline(t, const_cast<uchar*>(rows.constScanLine(y)), static_cast<uint32_t>(y), 0) < 0)
             fail(QStringLiteral("a row cannot be written"));
 }
 

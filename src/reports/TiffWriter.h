@@ -35,8 +35,8 @@ public:
 
 private:
     void writeBilevel(const QImage& image);
-    void writeGrey(const QImage& image);
-    void writeColour(const QImage& image);
+    // 8-bit grey or 24-bit colour, Deflate-compressed with the horizontal predictor.
+    void writeDeflated(const QImage& image, PageColours colours);
     [[noreturn]] void fail(const QString& what) const;
 
     QString documentName_;

@@ -3,9 +3,9 @@
 #include "DialogMapping.h"
 #include "FormView.h"
 #include "ViewUnits.h"
-#include "reports/ReportViewer.h"
 #include "core/files/FileSystem.h"
 #include "core/forms/ApplicationBase.h"
+#include "reports/ReportViewer.h"
 
 #include <QApplication>
 #include <QCloseEvent>

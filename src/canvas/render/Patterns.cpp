@@ -17,7 +17,7 @@ constexpr int TilePx = 64;             // pixels of a hatch tile
 constexpr double TileMm = 8.0;         // page millimetres that a tile covers
 constexpr double LinePx = 2.0;         // stroke of hatch lines in tile pixels
 constexpr quint32 ConcreteSeed = 1234; // the concrete speckle is the same on every run
-constexpr size_t MaxCachedTiles = 256;  // tiles kept for reuse; a plan uses a few
+constexpr size_t MaxCachedTiles = 256; // tiles kept for reuse; a plan uses a few
 
 QImage tile(Colour back) {
     QImage img(TilePx, TilePx, QImage::Format_ARGB32_Premultiplied);

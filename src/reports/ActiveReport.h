@@ -63,7 +63,8 @@ public:
     void Run(bool showProgress = false);
     PageCollection& Pages() { return *pages_; }
     const PageCollection& Pages() const { return *pages_; }
-    // The number of the page being laid out, from 1; 0 outside a run.
+    // The number of the page being laid out, from 1; 0 before a run. The
+    // run (PageBuilder) sets it as it starts each page.
     int PageNumber() const { return pageNumber_; }
     void setPageNumber(int number) { pageNumber_ = number; }
 

@@ -33,8 +33,10 @@ void EmfPaintDevice::save(const QString& hostPath) {
 }
 
 int EmfPaintDevice::metric(PaintDeviceMetric metric) const {
-    return vectorMetric(metric, recorder_->deviceSize(), frameMm_, dotsPerInch_)
-        .value_or(QPaintDevice::metric(metric));
+    // Only the metrics a vector device does not set go to the base class.
+    if (const std::optional<int> value = vectorMetric(metric, recorder_->deviceSize(), frameMm_, dotsPerInch_))
+        return *value;
+    return QPaintDevice::metric(metric);
 }
 
 } // namespace tessaly::metafile

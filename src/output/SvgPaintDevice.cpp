@@ -52,8 +52,10 @@ int SvgPaintDevice::metric(PaintDeviceMetric metric) const {
     const double k = dotsPerInch_ / MmPerInch;
     const QSize deviceSize(static_cast<int>(std::ceil(sizeMm_.width() * k)),
                            static_cast<int>(std::ceil(sizeMm_.height() * k)));
-    return metafile::vectorMetric(metric, deviceSize, sizeMm_, dotsPerInch_)
-        .value_or(QPaintDevice::metric(metric));
+    // Only the metrics a vector device does not set go to the base class.
+    if (const std::optional<int> value = metafile::vectorMetric(metric, deviceSize, sizeMm_, dotsPerInch_))
+        return *value;
+    return QPaintDevice::metric(metric);
 }
 
 } // namespace tessaly::output

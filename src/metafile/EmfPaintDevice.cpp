@@ -34,7 +34,8 @@ void EmfPaintDevice::save(const QString& hostPath) {
 
 int EmfPaintDevice::metric(PaintDeviceMetric metric) const {
     // Only the metrics a vector device does not set go to the base class.
-    if (const std::optional<int> value = vectorMetric(metric, recorder_->deviceSize(), frameMm_, dotsPerInch_))
+    if (const std::optional<int> value =
+            vectorMetric(metric, recorder_->deviceSize(), frameMm_, dotsPerInch_))
         return *value;
     return QPaintDevice::metric(metric);
 }

@@ -15,12 +15,16 @@ PACKAGES=(
   libhunspell-dev hunspell-en-gb hunspell-en-us
   # fonts metric-compatible with Arial, for text on plans
   fonts-liberation2
+  # multi-page, compressed TIFF export (Qt's TIFF plugin writes one page only)
+  libtiff-dev
+  # compression of large PNG pages
+  zlib1g-dev
   # tests and benchmarks
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   # fuzzing (libFuzzer comes with clang's runtime)
   clang-14 libclang-rt-14-dev
   # independent checkers of our output files
-  emf2svg libwmf-bin qpdf poppler-utils libtiff-tools imagemagick
+  emf2svg libwmf-bin qpdf poppler-utils libtiff-tools imagemagick librsvg2-bin
   # display for GUI tests and screenshots
   xvfb xauth xdotool x11-utils
   # the drawing of the build's link graph in docs/

@@ -2,11 +2,11 @@
 
 #include "EmfPaintEngine.h"
 #include "EmfRecorder.h"
+#include "VectorMetrics.h"
 
 #include "core/runtime/RuntimeError.h"
 
 #include <QSaveFile>
-#include <cmath>
 
 namespace tessaly::metafile {
 
@@ -33,32 +33,11 @@ void EmfPaintDevice::save(const QString& hostPath) {
 }
 
 int EmfPaintDevice::metric(PaintDeviceMetric metric) const {
-    const QSize size = recorder_->deviceSize();
-    switch (metric) {
-    case PdmWidth:
-        return size.width();
-    case PdmHeight:
-        return size.height();
-    case PdmWidthMM:
-        return static_cast<int>(std::lround(frameMm_.width()));
-    case PdmHeightMM:
-        return static_cast<int>(std::lround(frameMm_.height()));
-    case PdmNumColors:
-        return 0x7FFFFFFF; // true colour
-    case PdmDepth:
-        return 32;
-    case PdmDpiX:
-    case PdmDpiY:
-    case PdmPhysicalDpiX:
-    case PdmPhysicalDpiY:
-        return dotsPerInch_;
-    case PdmDevicePixelRatio:
-        return 1;
-    case PdmDevicePixelRatioScaled:
-        return static_cast<int>(QPaintDevice::devicePixelRatioFScale());
-    default:
-        return QPaintDevice::metric(metric);
-    }
+    // Only the metrics a vector device does not set go to the base class.
+    if (const std::optional<int> value =
+            vectorMetric(metric, recorder_->deviceSize(), frameMm_, dotsPerInch_))
+        return *value;
+    return QPaintDevice::metric(metric);
 }
 
 } // namespace tessaly::metafile

@@ -32,6 +32,8 @@ constexpr uint32_t ExtTextOutStringOffset = 76;
 constexpr int PatternSide = 8;
 // Points per inch, for font sizes.
 constexpr double PointsPerInch = 72.0;
+// Pattern brushes kept in the handle table for reuse: a plan hatches with a few.
+constexpr size_t KeptPatterns = 16;
 
 uint32_t colourRef(const QColor& colour) {
     const QRgb rgb = colour.rgb();
@@ -148,12 +150,17 @@ bool EmfPaintEngine::end() {
     if (penHandle_ != 0)
         selectStock(penHandle_, gdi::BlackPen);
     if (brushHandle_ != 0)
-        selectStock(brushHandle_, gdi::WhiteBrush);
+        selectStockBrush(gdi::WhiteBrush);
+    for (const auto& [key, handle] : patterns_) {
+        rec_.simpleRecord(emr::DeleteObject, {handle});
+        rec_.releaseObject(handle);
+    }
+    patterns_.clear();
     if (fontHandle_ != 0)
         selectStock(fontHandle_, gdi::SystemFont);
     fontKey_.clear();
-    if (hasClip_ || clipEnabled_) {
-        hasClip_ = clipEnabled_ = false;
+    if (clip_.active()) {
+        clip_.reset();
         writeClip();
     }
     setActive(false);
@@ -165,6 +172,8 @@ void EmfPaintEngine::updateState(const QPaintEngineState& state) {
     if (flags & DirtyTransform) {
         transform_ = state.transform();
         penDirty_ = true;
+        // A texture's size in device units follows the transform.
+        brushDirty_ = brushDirty_ || brush_.style() == Qt::TexturePattern;
     }
     if (flags & DirtyPen) {
         pen_ = state.pen();
@@ -180,31 +189,7 @@ void EmfPaintEngine::updateState(const QPaintEngineState& state) {
     if (flags & DirtyBackground)
         rec_.simpleRecord(emr::SetBkColor, {colourRef(state.backgroundBrush().color())});
 
-    bool clipChanged = false;
-    auto applyClip = [&](const QPainterPath& path, Qt::ClipOperation op) {
-        clipChanged = true;
-        if (op == Qt::NoClip) {
-            hasClip_ = false;
-            clip_ = QPainterPath();
-            return;
-        }
-        const QPainterPath mapped = transform_.map(path);
-        clip_ = (op == Qt::IntersectClip && hasClip_) ? clip_.intersected(mapped) : mapped;
-        hasClip_ = true;
-        clipEnabled_ = true;
-    };
-    if (flags & DirtyClipRegion) {
-        QPainterPath path;
-        path.addRegion(state.clipRegion());
-        applyClip(path, state.clipOperation());
-    }
-    if (flags & DirtyClipPath)
-        applyClip(state.clipPath(), state.clipOperation());
-    if (flags & DirtyClipEnabled) {
-        clipChanged = clipChanged || clipEnabled_ != state.isClipEnabled();
-        clipEnabled_ = state.isClipEnabled();
-    }
-    if (clipChanged)
+    if (clip_.update(state, transform_))
         writeClip();
 }
 
@@ -282,23 +267,68 @@ void EmfPaintEngine::realizePen() {
     selectNew(penHandle_, index);
 }
 
+bool EmfPaintEngine::isKeptPattern(uint32_t handle) const {
+    for (const auto& [key, kept] : patterns_)
+        if (kept == handle)
+            return true;
+    return false;
+}
+
+void EmfPaintEngine::selectBrush(uint32_t created) {
+    rec_.simpleRecord(emr::SelectObject, {created});
+    if (brushHandle_ != 0 && brushHandle_ != created && !isKeptPattern(brushHandle_)) {
+        rec_.simpleRecord(emr::DeleteObject, {brushHandle_});
+        rec_.releaseObject(brushHandle_);
+    }
+    brushHandle_ = created;
+}
+
+void EmfPaintEngine::selectStockBrush(uint32_t stock) {
+    rec_.simpleRecord(emr::SelectObject, {gdi::StockFlag | stock});
+    if (brushHandle_ != 0 && !isKeptPattern(brushHandle_)) {
+        rec_.simpleRecord(emr::DeleteObject, {brushHandle_});
+        rec_.releaseObject(brushHandle_);
+    }
+    brushHandle_ = 0;
+}
+
 void EmfPaintEngine::realizeBrush() {
     if (!brushDirty_)
         return;
     brushDirty_ = false;
     if (!hasBrush()) {
-        selectStock(brushHandle_, gdi::NullBrush);
+        selectStockBrush(gdi::NullBrush);
         return;
     }
     const Qt::BrushStyle style = brush_.style();
-    const uint32_t index = rec_.allocateObject();
     const bool hatched = style >= Qt::HorPattern && style <= Qt::DiagCrossPattern;
     const bool pattern =
         (style >= Qt::Dense1Pattern && style <= Qt::Dense7Pattern) || style == Qt::TexturePattern;
     if (pattern) {
-        QImage image;
+        // A metafile lays its pattern out in device units: a texture goes in
+        // at the size that its brush and the painter give it.
+        QImage image = style == Qt::TexturePattern ? brush_.textureImage() : QImage();
+        QSize size;
         if (style == Qt::TexturePattern) {
-            image = brush_.textureImage();
+            const QTransform toDevice = brush_.transform() * transform_;
+            size =
+                QSize(std::max(1, roundToInt(image.width() * std::hypot(toDevice.m11(), toDevice.m12()))),
+                      std::max(1, roundToInt(image.height() * std::hypot(toDevice.m21(), toDevice.m22()))));
+        }
+        // The last patterns are kept in the handle table while other brushes
+        // come and go, so that shapes filled alike share one pattern record.
+        const QByteArray key = QByteArray::number(style) + ' ' + QByteArray::number(brush_.color().rgba()) +
+                               ' ' + QByteArray::number(image.cacheKey()) + ' ' +
+                               QByteArray::number(size.width()) + 'x' + QByteArray::number(size.height());
+        for (const auto& [kept, handle] : patterns_)
+            if (kept == key) {
+                if (brushHandle_ != handle)
+                    selectBrush(handle);
+                return;
+            }
+        if (style == Qt::TexturePattern) {
+            if (!image.isNull() && size != image.size())
+                image = image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
         } else {
             image = QImage(PatternSide, PatternSide, QImage::Format_RGB32);
             image.fill(Qt::white);
@@ -309,6 +339,7 @@ void EmfPaintEngine::realizeBrush() {
             image = QImage(1, 1, QImage::Format_RGB32);
             image.fill(brush_.color());
         }
+        const uint32_t index = rec_.allocateObject();
         const QByteArray info = dib::infoHeader24(image);
         const QByteArray bits = dib::bits24(image);
         constexpr uint32_t FixedSize = 32; // record fields before the bitmap header
@@ -322,15 +353,24 @@ void EmfPaintEngine::realizeBrush() {
         w.bytes(info);
         w.bytes(bits);
         rec_.endRecord();
-    } else {
-        ByteWriter& w = rec_.beginRecord(emr::CreateBrushIndirect);
-        w.u32(index);
-        w.u32(hatched ? gdi::BsHatched : gdi::BsSolid);
-        w.u32(colourRef(brushColour(brush_)));
-        w.u32(hatched ? hatchOf(style) : 0);
-        rec_.endRecord();
+        selectBrush(index);
+        if (patterns_.size() >= KeptPatterns) {
+            // The oldest goes; it is not the one selected now.
+            rec_.simpleRecord(emr::DeleteObject, {patterns_.front().second});
+            rec_.releaseObject(patterns_.front().second);
+            patterns_.erase(patterns_.begin());
+        }
+        patterns_.emplace_back(key, index);
+        return;
     }
-    selectNew(brushHandle_, index);
+    const uint32_t index = rec_.allocateObject();
+    ByteWriter& w = rec_.beginRecord(emr::CreateBrushIndirect);
+    w.u32(index);
+    w.u32(hatched ? gdi::BsHatched : gdi::BsSolid);
+    w.u32(colourRef(brushColour(brush_)));
+    w.u32(hatched ? hatchOf(style) : 0);
+    rec_.endRecord();
+    selectBrush(index);
 }
 
 void EmfPaintEngine::realizeFillMode(Qt::FillRule rule) {
@@ -387,13 +427,13 @@ void EmfPaintEngine::realizeFont(const QFont& font, double pixelHeight, int esca
 
 void EmfPaintEngine::writeClip() {
     ByteWriter& w = rec_.beginRecord(emr::ExtSelectClipRgn);
-    if (!clipEnabled_ || !hasClip_) {
+    if (!clip_.active()) {
         w.u32(0);
         w.u32(gdi::RgnCopy);
         rec_.endRecord();
         return;
     }
-    QRegion region(clip_.toFillPolygon().toPolygon(), clip_.fillRule());
+    QRegion region(clip_.path().toFillPolygon().toPolygon(), clip_.path().fillRule());
     QList<QRect> rects(region.begin(), region.end());
     if (rects.isEmpty())
         rects.append(QRect(0, 0, 0, 0)); // everything clipped away

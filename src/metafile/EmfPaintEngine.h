@@ -1,5 +1,6 @@
 #pragma once
 
+#include "DeviceClip.h"
 #include "EmfRecorder.h"
 
 #include <QBrush>
@@ -8,6 +9,8 @@
 #include <QPainterPath>
 #include <QPen>
 #include <QTransform>
+#include <utility>
+#include <vector>
 
 namespace tessaly::metafile {
 
@@ -48,6 +51,10 @@ private:
     void realizeTextColour();
     void selectNew(uint32_t& current, uint32_t created);
     void selectStock(uint32_t& current, uint32_t stock);
+    // Brushes: a kept pattern stays in the handle table when another brush is selected.
+    void selectBrush(uint32_t created);
+    void selectStockBrush(uint32_t stock);
+    bool isKeptPattern(uint32_t handle) const;
     void writeClip();
 
     // Records for shapes already in device units.
@@ -66,12 +73,12 @@ private:
     uint32_t penHandle_ = 0;   // 0: a stock pen is selected
     uint32_t brushHandle_ = 0; // 0: a stock brush is selected
     uint32_t fontHandle_ = 0;
+    // The last pattern brushes, kept for reuse: what each was made from, and its handle; oldest first.
+    std::vector<std::pair<QByteArray, uint32_t>> patterns_;
     QString fontKey_;
     uint32_t fillMode_ = 0;
     uint32_t textColour_ = 0xFFFFFFFF;
-    bool clipEnabled_ = false;
-    QPainterPath clip_; // in device units
-    bool hasClip_ = false;
+    DeviceClip clip_;
 };
 
 } // namespace tessaly::metafile

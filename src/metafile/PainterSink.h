@@ -4,6 +4,7 @@
 
 #include <QFont>
 #include <QPainter>
+#include <QRawFont>
 #include <QTransform>
 
 namespace tessaly::metafile {
@@ -41,6 +42,10 @@ private:
     // the background mode is opaque.
     void fillAndStroke(const QPainterPath& figure, bool stroke, bool fill);
 
+    // Draws a string's glyphs at the places its advances give; false when
+    // the font lacks one of them.
+    bool drawGlyphs(const QPointF& origin, const QString& text, const std::vector<double>& advances);
+
     // Sets the painter's pen and brush only when they differ from what it has.
     void apply(const QPen& pen, const QBrush& brush);
 
@@ -53,6 +58,9 @@ private:
     QBrush brush_;
     bool hatched_ = false;
     QFont font_;
+    QRawFont rawFont_; // the font's glyphs, for strings drawn in one run
+    QString rawFontKey_;
+    bool rawFontSet_ = false;
     double fontEm_ = 16;
     int escapement_ = 0;
     QColor textColour_ = Qt::black;

@@ -4,6 +4,7 @@
 #include "core/script/CoreCommands.h"
 #include "core/script/ScriptRegistry.h"
 #include "drawing_files/DrawingFiles.h"
+#include "output/Output.h"
 #include "schedule/ScheduleScript.h"
 #include "templates/Drawings.h"
 #include "workspace/Application.h"
@@ -18,6 +19,7 @@ void installHome(const AppHome& home) {
 
 std::unique_ptr<Application> makeApplication(UiPort& ui, Waiter& waiter, AppHome home) {
     auto app = std::make_unique<Application>(ui, waiter, std::move(home));
+    registerOutput(*app);
     registerDrawingFiles(*app);
     return app;
 }
@@ -25,6 +27,7 @@ std::unique_ptr<Application> makeApplication(UiPort& ui, Waiter& waiter, AppHome
 void addScriptCommands(script::Registry& registry) {
     script::addCoreCommands(registry);
     addWorkspaceScriptCommands(registry);
+    addOutputScriptCommands(registry);
     addDrawingFilesScriptCommands(registry);
     schedule::addScheduleScriptCommands(registry);
 }

@@ -5,6 +5,7 @@
 #include "ViewUnits.h"
 #include "core/files/FileSystem.h"
 #include "core/forms/ApplicationBase.h"
+#include "reports/ReportViewer.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -108,6 +109,9 @@ FormView* QtUiPort::viewOf(const Form& form) const {
 }
 
 void QtUiPort::closeAll() {
+    for (const QPointer<QWidget>& viewer : reportViewers_)
+        delete viewer.data();
+    reportViewers_.clear();
     for (auto& [form, view] : views_)
         if (view) {
             view->detach();
@@ -262,6 +266,27 @@ void QtUiPort::unloadForm(Form& form) {
         view->deleteLater();
     }
     views_.erase(it);
+}
+
+void QtUiPort::showReport(const std::shared_ptr<ReportDocument>& report, bool modal) {
+    if (!report)
+        return;
+    auto* viewer = new ReportViewer(report);
+    viewer->setAttribute(Qt::WA_DeleteOnClose);
+    viewer->setWindowModality(modal ? Qt::ApplicationModal : Qt::NonModal);
+    reportViewers_.removeAll(nullptr);
+    reportViewers_.append(viewer);
+    viewer->show();
+    viewer->raise();
+    viewer->activateWindow();
+}
+
+QList<QWidget*> QtUiPort::reportViewers() const {
+    QList<QWidget*> open;
+    for (const QPointer<QWidget>& viewer : reportViewers_)
+        if (viewer)
+            open.append(viewer.data());
+    return open;
 }
 
 void QtUiPort::printed(const QString&) {

@@ -2,6 +2,7 @@
 
 #include "core/port/UiPort.h"
 
+#include <QList>
 #include <QPointer>
 #include <map>
 
@@ -47,6 +48,9 @@ public:
     void unloadForm(Form& form) override;
     void printed(const QString& what) override;
     void processEnded() override;
+    void showReport(const std::shared_ptr<ReportDocument>& report, bool modal) override;
+    // The report viewers that are open.
+    QList<QWidget*> reportViewers() const;
 
 private:
     FormView& ensureView(Form& form);
@@ -54,6 +58,7 @@ private:
     QWidget* activeWindow() const;
 
     std::map<const Form*, QPointer<FormView>> views_;
+    QList<QPointer<QWidget>> reportViewers_;
     bool waitCursor_ = false;
 };
 

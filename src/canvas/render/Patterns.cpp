@@ -5,6 +5,9 @@
 #include <QPainterPath>
 #include <QRandomGenerator>
 #include <cmath>
+#include <map>
+#include <mutex>
+#include <tuple>
 
 namespace tessaly::canvas {
 
@@ -14,6 +17,7 @@ constexpr int TilePx = 64;             // pixels of a hatch tile
 constexpr double TileMm = 8.0;         // page millimetres that a tile covers
 constexpr double LinePx = 2.0;         // stroke of hatch lines in tile pixels
 constexpr quint32 ConcreteSeed = 1234; // the concrete speckle is the same on every run
+constexpr size_t MaxCachedTiles = 256; // tiles kept for reuse; a plan uses a few
 
 QImage tile(Colour back) {
     QImage img(TilePx, TilePx, QImage::Format_ARGB32_Premultiplied);
@@ -85,31 +89,50 @@ void drawEarth(QPainter& p) {
         p.drawLine(QPointF(i * TilePx / 2.0, TilePx), QPointF(i * TilePx / 2.0 + TilePx, 0));
 }
 
+QImage hatchTile(int pattern, Colour fore, Colour back) {
+    QImage img = tile(back);
+    QPainter p(&img);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setPen(QPen(qcolour(fore), LinePx));
+    switch (pattern) {
+    case hatch::Brick:
+        drawBrick(p);
+        break;
+    case hatch::Concrete:
+        drawConcrete(p);
+        break;
+    case hatch::Insulation:
+        drawInsulation(p);
+        break;
+    case hatch::Earth:
+        drawEarth(p);
+        break;
+    default:
+        drawSimple(p, pattern);
+        break;
+    }
+    return img;
+}
+
 } // namespace
 
 QBrush hatchBrush(int pattern, Colour fore, Colour back) {
-    QImage img = tile(back);
+    // The tiles drawn so far, by pattern and colours: a plan repeats few of
+    // them over many shapes, and one shared image lets every output see that
+    // two shapes hatch alike.
+    static std::mutex lock;
+    static std::map<std::tuple<int, Colour, Colour>, QImage> tiles;
+    QImage img;
     {
-        QPainter p(&img);
-        p.setRenderHint(QPainter::Antialiasing);
-        p.setPen(QPen(qcolour(fore), LinePx));
-        switch (pattern) {
-        case hatch::Brick:
-            drawBrick(p);
-            break;
-        case hatch::Concrete:
-            drawConcrete(p);
-            break;
-        case hatch::Insulation:
-            drawInsulation(p);
-            break;
-        case hatch::Earth:
-            drawEarth(p);
-            break;
-        default:
-            drawSimple(p, pattern);
-            break;
+        const std::lock_guard<std::mutex> guard(lock);
+        const std::tuple<int, Colour, Colour> key{pattern, fore, back};
+        auto it = tiles.find(key);
+        if (it == tiles.end()) {
+            if (tiles.size() >= MaxCachedTiles)
+                tiles.clear();
+            it = tiles.emplace(key, hatchTile(pattern, fore, back)).first;
         }
+        img = it->second;
     }
     QBrush brush(img);
     brush.setTransform(QTransform::fromScale(TileMm / TilePx, TileMm / TilePx));

@@ -1,6 +1,7 @@
 #include "ScriptedUiPort.h"
 
 #include "core/forms/Form.h"
+#include "core/port/ReportDocument.h"
 
 #include <QJsonValue>
 
@@ -147,6 +148,16 @@ void ScriptedUiPort::notify(const QString& event, const QVariantMap& fields) {
     QJsonObject o = QJsonObject::fromVariantMap(fields);
     o.insert(QStringLiteral("event"), event);
     emitEvent(o);
+}
+
+void ScriptedUiPort::showReport(const std::shared_ptr<ReportDocument>& report, bool modal) {
+    if (!report)
+        return;
+    emitEvent({{QStringLiteral("event"), QStringLiteral("report")},
+               {QStringLiteral("caption"), report->caption()},
+               {QStringLiteral("document"), report->documentName()},
+               {QStringLiteral("pages"), report->pageCount()},
+               {QStringLiteral("modal"), modal}});
 }
 
 } // namespace tessaly

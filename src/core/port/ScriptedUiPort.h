@@ -52,6 +52,7 @@ public:
     void printed(const QString& what) override;
     void processEnded() override;
     void notify(const QString& event, const QVariantMap& fields) override;
+    void showReport(const std::shared_ptr<ReportDocument>& report, bool modal) override;
 
 private:
     void emitEvent(const QJsonObject& o) const {

@@ -4,11 +4,13 @@
 #include <QString>
 #include <QStringList>
 #include <QVariantMap>
+#include <memory>
 #include <optional>
 
 namespace tessaly {
 
 class Form;
+class ReportDocument;
 
 // Message box flags and results, as the platform numbers them.
 namespace mb {
@@ -79,6 +81,13 @@ public:
     virtual void notify(const QString& event, const QVariantMap& fields) {
         (void)event;
         (void)fields;
+    }
+    // A finished report is shown in the report viewer: its pages, zoom,
+    // printing and export. Like a modal form, a modal report is shown as the
+    // last step of the handler that shows it. A port without a viewer shows nothing.
+    virtual void showReport(const std::shared_ptr<ReportDocument>& report, bool modal) {
+        (void)report;
+        (void)modal;
     }
 };
 

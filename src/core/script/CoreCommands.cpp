@@ -346,6 +346,8 @@ void addPortEvents(Registry& r) {
     r.event(QStringLiteral("show"), {QStringLiteral("form"), QStringLiteral("modal")});
     r.event(QStringLiteral("unload"), {QStringLiteral("form")});
     r.event(QStringLiteral("print"), {QStringLiteral("what")});
+    r.event(QStringLiteral("report"), {QStringLiteral("caption"), QStringLiteral("document"),
+                                       QStringLiteral("pages"), QStringLiteral("modal")});
     r.event(QStringLiteral("end"), {});
 }
 

@@ -36,8 +36,8 @@ constexpr int DrawMode = 4;
 constexpr int WheelNotch = 120;
 // Pixels the view scrolls for one notch without Ctrl.
 constexpr int WheelScrollPixels = 48;
-// How near (pixels) the pointer must be to a selection handle to show the sizing pointer.
-constexpr double HandleReachPx = 6.0;
+// How near (pixels) a double click must come to a text shape to edit it.
+constexpr double TextReachPx = 6.0;
 // Points per inch and millimetres per inch: font sizes of text shapes on screen.
 constexpr double PointsPerInch = 72.0;
 constexpr double MmPerInch = 25.4;
@@ -231,8 +231,8 @@ void CanvasWidget::syncCursor(const QPointF& clientPos) {
         const canvas::ViewGeometry& view = canvas_->viewGeometry();
         for (size_t i = 0; i < handles.size(); ++i) {
             const QPointF at = view.pageToClient(handles[i]);
-            if (std::fabs(at.x() - clientPos.x()) <= HandleReachPx &&
-                std::fabs(at.y() - clientPos.y()) <= HandleReachPx) {
+            if (std::fabs(at.x() - clientPos.x()) <= canvas::ToolController::HandleReachPx &&
+                std::fabs(at.y() - clientPos.y()) <= canvas::ToolController::HandleReachPx) {
                 shape = handleCursor(i, handles.size());
                 break;
             }
@@ -297,7 +297,7 @@ void CanvasWidget::mouseDoubleClickEvent(QMouseEvent* event) {
             return;
         const canvas::ViewGeometry& view = canvas_->viewGeometry();
         const QPointF mm = view.clientToPage(at);
-        const int pos = canvas_->drawing().topmostAt(mm, HandleReachPx / view.pixelsPerMm());
+        const int pos = canvas_->drawing().topmostAt(mm, TextReachPx / view.pixelsPerMm());
         if (pos < 0)
             return;
         const canvas::ShapeData& shape = *canvas_->drawing().at(pos);

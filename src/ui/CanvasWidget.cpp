@@ -251,6 +251,12 @@ void CanvasWidget::mousePressEvent(QMouseEvent* event) {
     if (button == 0)
         return;
     viewport()->setFocus(Qt::MouseFocusReason);
+    // The middle button pans the page by hand; the canvas still hears the press.
+    if (button == MiddleButton) {
+        panFrom_ = event->position();
+        panning_ = true;
+        viewport()->setCursor(Qt::ClosedHandCursor);
+    }
     const int shift = platformShiftMask(event->modifiers());
     const QPointF at = event->position();
     input([&] {
@@ -260,6 +266,13 @@ void CanvasWidget::mousePressEvent(QMouseEvent* event) {
 }
 
 void CanvasWidget::mouseMoveEvent(QMouseEvent* event) {
+    if (panning_ && (event->buttons() & Qt::MiddleButton)) {
+        // The page point under the pointer stays under it.
+        const double k = canvas_->viewGeometry().pixelsPerMm();
+        const QPointF moved = event->position() - panFrom_;
+        panFrom_ = event->position();
+        canvas_->setScroll(canvas_->viewGeometry().scroll - moved / k);
+    }
     const int buttons = buttonsCode(event->buttons());
     const int shift = platformShiftMask(event->modifiers());
     const QPointF at = event->position();
@@ -267,13 +280,19 @@ void CanvasWidget::mouseMoveEvent(QMouseEvent* event) {
         const QPointF s = screenPos(at);
         canvas_->mouseMove(buttons, shift, s.x(), s.y());
     });
-    syncCursor(at);
+    if (!panning_)
+        syncCursor(at);
 }
 
 void CanvasWidget::mouseReleaseEvent(QMouseEvent* event) {
     const int button = buttonCode(event->button());
     if (button == 0)
         return;
+    if (button == MiddleButton && panning_) {
+        panning_ = false;
+        viewport()->unsetCursor();
+        syncCursor(event->position());
+    }
     const int shift = platformShiftMask(event->modifiers());
     const QPointF at = event->position();
     input([&] {

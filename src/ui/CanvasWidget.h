@@ -19,7 +19,9 @@ class QtCanvasDialogHost;
 // mouse, wheel and keys to the canvas in screen pixels and platform codes,
 // keeps the canvas told of its size and screen position, shows the in-place
 // text editor while the canvas has one open, and gives the canvas its Qt
-// dialogs. Scroll bars move over the page with a margin around it.
+// dialogs. Scroll bars move over the page with a margin around it; a drag
+// with the middle button pans it, the wheel scrolls and Ctrl with the wheel
+// zooms about the pointer.
 //
 // Every input reaches the canvas as a step of the view sink, so that a modal
 // window above the form keeps it away and an error goes to the dispatcher.
@@ -76,6 +78,8 @@ private:
     CanvasTextEditor* editor_ = nullptr;
     int editorShapeId_ = 0;
     bool syncingScrollBars_ = false;
+    bool panning_ = false; // the middle button is down: the page follows the pointer
+    QPointF panFrom_;      // where the pointer was at the last step of the pan
     bool inSync_ = false;
 };
 

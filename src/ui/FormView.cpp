@@ -13,6 +13,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
+#include <QShortcut>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -85,6 +86,7 @@ void FormView::build() {
     for (const ControlPtr& c : form_->controls())
         bindControl(*c);
     placeInContainers();
+    bindShortcuts();
     relayout();
 
     setWindowTitle(form_->caption());
@@ -115,6 +117,46 @@ void FormView::bindControl(Control& c) {
     if (made.sync)
         made.sync(QString());
     applyShared(c, made.widget, QString());
+}
+
+void FormView::bindShortcuts() {
+    for (const ControlPtr& control : form_->controls()) {
+        Control* c = control.get();
+        const auto it = widgets_.find(c);
+        if (it == widgets_.end())
+            continue;
+        const ControlWidget& made = it->second;
+        // Keys that press a control wherever the focus is in the window
+        // ("Shortcut", several parted by "; ").
+        const QString keys = c->prop(QStringLiteral("Shortcut")).toString();
+        for (const QKeySequence& seq : QKeySequence::listFromString(keys))
+            pressOn(*c, seq, this, Qt::WindowShortcut);
+        // A default button takes Enter, a cancel button Escape, while the
+        // focus is on the panel that holds it (or anywhere on its window).
+        QWidget* holder = made.widget ? made.widget->parentWidget() : nullptr;
+        const bool inPanel = hasContainer(*c) && holder;
+        QWidget* scope = inPanel ? holder : this;
+        const Qt::ShortcutContext context = inPanel ? Qt::WidgetWithChildrenShortcut : Qt::WindowShortcut;
+        if (c->prop(QStringLiteral("Default")).toBool()) {
+            pressOn(*c, QKeySequence(Qt::Key_Return), scope, context);
+            pressOn(*c, QKeySequence(Qt::Key_Enter), scope, context);
+        }
+        if (c->prop(QStringLiteral("Cancel")).toBool())
+            pressOn(*c, QKeySequence(Qt::Key_Escape), scope, context);
+    }
+}
+
+void FormView::pressOn(Control& c, const QKeySequence& keys, QWidget* scope, Qt::ShortcutContext context) {
+    auto* shortcut = new QShortcut(keys, scope);
+    shortcut->setContext(context);
+    shortcut->setObjectName(c.fullName() + QStringLiteral(".Shortcut"));
+    QObject::connect(shortcut, &QShortcut::activated, this, [this, &c] {
+        // A control that cannot be clicked now (hidden, disabled) takes no key.
+        QWidget* w = widgetFor(c);
+        if (!form_ || !c.enabled() || (w && !w->isVisible()))
+            return;
+        userInput([&c] { c.form().raiseEvent(c, QStringLiteral("Click")); });
+    });
 }
 
 void FormView::placeInContainers() {

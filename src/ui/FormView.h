@@ -8,6 +8,7 @@
 #include <memory>
 
 class QAction;
+class QKeySequence;
 class QMenu;
 class QMenuBar;
 
@@ -63,6 +64,10 @@ private:
     void build();
     void bindControl(Control& control);
     void placeInContainers();
+    // Keys that press controls: a control's "Shortcut" anywhere in the
+    // window; Enter on a "Default" button and Escape on a "Cancel" one.
+    void bindShortcuts();
+    void pressOn(Control& control, const QKeySequence& keys, QWidget* scope, Qt::ShortcutContext context);
     void controlChanged(Control& control, const QString& property);
     void applyShared(Control& control, QWidget* widget, const QString& property);
     void applyFont(const Control& control, QWidget* widget);

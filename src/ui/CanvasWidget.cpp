@@ -122,11 +122,37 @@ void CanvasWidget::canvasWantsRepaint() {
 }
 
 void CanvasWidget::tellGeometry() {
-    canvas_->setScreenOrigin(viewport()->mapToGlobal(QPoint(0, 0)));
+    // The canvas's view starts where the window would show it unscrolled.
+    canvas_->setScreenOrigin(viewport()->mapToGlobal(QPoint(0, 0)) - offset_);
 }
 
 QPointF CanvasWidget::screenPos(const QPointF& clientPos) const {
-    return clientPos + QPointF(canvas_->viewGeometry().screenOrigin);
+    return inView(clientPos) + QPointF(canvas_->viewGeometry().screenOrigin);
+}
+
+QPointF CanvasWidget::inView(const QPointF& clientPos) const {
+    return clientPos + QPointF(offset_);
+}
+
+void CanvasWidget::setShowsWholePage(bool on) {
+    wholePage_ = on;
+    offset_ = {};
+    tellViewportSize();
+    syncWithCanvas();
+}
+
+QSize CanvasWidget::wholePageSize() const {
+    const double k = canvas_->viewGeometry().pixelsPerMm();
+    const canvas::PageSettings& page = canvas_->drawing().state().page;
+    const QSize size(static_cast<int>(std::ceil((page.width + 2 * WholePageMarginMm) * k)),
+                     static_cast<int>(std::ceil((page.height + 2 * WholePageMarginMm) * k)));
+    return size.expandedTo(viewport()->size());
+}
+
+void CanvasWidget::tellViewportSize() {
+    const QSize want = wholePage_ ? wholePageSize() : viewport()->size();
+    if (canvas_->viewGeometry().viewport != want)
+        canvas_->setViewportSize(want);
 }
 
 void CanvasWidget::syncWithCanvas() {
@@ -149,13 +175,14 @@ void CanvasWidget::paintEvent(QPaintEvent*) {
     tellGeometry();
     QPainter painter(viewport());
     painter.fillRect(viewport()->rect(), palette().color(QPalette::Mid));
+    painter.translate(-offset_);
     canvas_->renderView(painter);
 }
 
 void CanvasWidget::resizeEvent(QResizeEvent* event) {
     QAbstractScrollArea::resizeEvent(event);
     tellGeometry();
-    canvas_->setViewportSize(viewport()->size());
+    tellViewportSize();
 }
 
 void CanvasWidget::moveEvent(QMoveEvent* event) {
@@ -168,10 +195,14 @@ void CanvasWidget::showEvent(QShowEvent* event) {
     // The window's own dialogs; a host set by the logic for scripted runs gives way to them.
     canvas_->setDialogHost(dialogs_.get());
     tellGeometry();
-    canvas_->setViewportSize(viewport()->size());
+    tellViewportSize();
 }
 
 void CanvasWidget::syncScrollBars() {
+    if (wholePage_) {
+        syncWholePageBars();
+        return;
+    }
     // The scroll bars cover the page and a margin around it, in pixels of the
     // current zoom; the value is the page point at the window's top-left.
     const canvas::ViewGeometry& view = canvas_->viewGeometry();
@@ -194,9 +225,40 @@ void CanvasWidget::syncScrollBars() {
     syncingScrollBars_ = false;
 }
 
+void CanvasWidget::syncWholePageBars() {
+    // The canvas sees the whole page with its margin; the bars move the
+    // window over that view, from its top-left corner.
+    tellViewportSize();
+    const QSize all = canvas_->viewGeometry().viewport;
+    const QSize window = viewport()->size();
+    syncingScrollBars_ = true;
+    auto setBar = [](QScrollBar* bar, int total, int shown, int& at) {
+        const int high = std::max(0, total - shown);
+        at = std::clamp(at, 0, high);
+        bar->setRange(0, high);
+        bar->setPageStep(shown);
+        bar->setSingleStep(std::max(1, shown / 20));
+        bar->setValue(at);
+    };
+    int x = offset_.x(), y = offset_.y();
+    setBar(horizontalScrollBar(), all.width(), window.width(), x);
+    setBar(verticalScrollBar(), all.height(), window.height(), y);
+    syncingScrollBars_ = false;
+    if (QPoint(x, y) != offset_) {
+        offset_ = QPoint(x, y);
+        tellGeometry();
+    }
+}
+
 void CanvasWidget::scrollContentsBy(int, int) {
     if (syncingScrollBars_)
         return;
+    if (wholePage_) {
+        offset_ = QPoint(horizontalScrollBar()->value(), verticalScrollBar()->value());
+        tellGeometry();
+        viewport()->update();
+        return;
+    }
     const double k = canvas_->viewGeometry().pixelsPerMm();
     const QPointF now = canvas_->viewGeometry().scroll;
     // Only the bar that moved changes its axis: the other keeps the canvas's fraction of a pixel.
@@ -230,7 +292,7 @@ void CanvasWidget::syncCursor(const QPointF& clientPos) {
         const std::vector<QPointF> handles = canvas_->tools().handles();
         const canvas::ViewGeometry& view = canvas_->viewGeometry();
         for (size_t i = 0; i < handles.size(); ++i) {
-            const QPointF at = view.pageToClient(handles[i]);
+            const QPointF at = view.pageToClient(handles[i]) - QPointF(offset_);
             if (std::fabs(at.x() - clientPos.x()) <= canvas::ToolController::HandleReachPx &&
                 std::fabs(at.y() - clientPos.y()) <= canvas::ToolController::HandleReachPx) {
                 shape = handleCursor(i, handles.size());
@@ -271,7 +333,14 @@ void CanvasWidget::mouseMoveEvent(QMouseEvent* event) {
         const double k = canvas_->viewGeometry().pixelsPerMm();
         const QPointF moved = event->position() - panFrom_;
         panFrom_ = event->position();
-        canvas_->setScroll(canvas_->viewGeometry().scroll - moved / k);
+        if (wholePage_) {
+            horizontalScrollBar()->setValue(horizontalScrollBar()->value() -
+                                            static_cast<int>(std::lround(moved.x())));
+            verticalScrollBar()->setValue(verticalScrollBar()->value() -
+                                          static_cast<int>(std::lround(moved.y())));
+        } else {
+            canvas_->setScroll(canvas_->viewGeometry().scroll - moved / k);
+        }
     }
     const int buttons = buttonsCode(event->buttons());
     const int shift = platformShiftMask(event->modifiers());
@@ -315,7 +384,7 @@ void CanvasWidget::mouseDoubleClickEvent(QMouseEvent* event) {
             canvas_->textEditor().open)
             return;
         const canvas::ViewGeometry& view = canvas_->viewGeometry();
-        const QPointF mm = view.clientToPage(at);
+        const QPointF mm = view.clientToPage(inView(at));
         const int pos = canvas_->drawing().topmostAt(mm, TextReachPx / view.pixelsPerMm());
         if (pos < 0)
             return;
@@ -346,6 +415,10 @@ void CanvasWidget::zoomAround(int percent, const QPointF& clientPos) {
     const int zoom = std::clamp(percent, canvas::MinZoom, canvas::MaxZoom);
     if (zoom == canvas_->zoom())
         return;
+    if (wholePage_) {
+        canvas_->setZoom(zoom); // the page keeps its margin at the view's top-left
+        return;
+    }
     // The page point under the pointer stays under it.
     const QPointF before = canvas_->viewGeometry().clientToPage(clientPos);
     canvas_->setZoom(zoom);
@@ -403,7 +476,8 @@ void CanvasWidget::syncTextEditor() {
         QRectF(QPointF(shape->left, shape->top), QPointF(shape->right, shape->bottom)).normalized();
     QRect onScreen = QRectF(view.pageToClient(box.topLeft()), view.pageToClient(box.bottomRight()))
                          .toAlignedRect()
-                         .adjusted(-2, -2, 2, 2);
+                         .adjusted(-2, -2, 2, 2)
+                         .translated(-offset_);
     const canvas::FontStyle& font = shape->st().font;
     QFont shown(font.name);
     shown.setBold(font.bold);
@@ -440,6 +514,7 @@ ControlWidget makeCanvas(Control& control, QWidget* parent, ViewSink& sink) {
     if (!engine)
         return makePlaceholder(control, parent, sink);
     auto* widget = new CanvasWidget(std::move(engine), &sink, parent);
+    widget->setShowsWholePage(control.prop(QStringLiteral("ShowsWholePage")).toBool());
     return ControlWidget{widget, nullptr, [](const QString&) {}, false};
 }
 

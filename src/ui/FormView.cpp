@@ -6,6 +6,7 @@
 #include "core/forms/Form.h"
 
 #include <QAbstractButton>
+#include <QAbstractScrollArea>
 #include <QCloseEvent>
 #include <QCursor>
 #include <QKeyEvent>
@@ -264,10 +265,12 @@ void FormView::applyShared(Control& c, QWidget* w, const QString& p) {
         placeInContainers();
         relayout();
     } else if (!p.isEmpty() && (isGeometry(p) || p == QLatin1String("Align"))) {
-        if (alignOf(c) == Align::None || hasContainer(c))
-            w->setGeometry(toPixels(c.geometry()));
-        else
+        if (alignOf(c) == Align::None || hasContainer(c)) {
+            w->setGeometry(placed(c, *w));
+            placeScrollersIn(c);
+        } else {
             relayout();
+        }
     }
     if (p == QLatin1String("Visible") && alignOf(c) != Align::None)
         relayout();
@@ -316,6 +319,27 @@ void FormView::applyFont(const Control& c, QWidget* w) {
     w->setFont(font);
 }
 
+QRect FormView::placed(const Control& c, const QWidget& w) const {
+    QRect r = toPixels(c.geometry());
+    // A scrolling control (a canvas, a list) ends at the edge of the panel
+    // that holds it, so that its scroll bars stay in sight.
+    const QWidget* holder = w.parentWidget();
+    if (hasContainer(c) && holder && holder != surface_ && qobject_cast<const QAbstractScrollArea*>(&w)) {
+        r.setRight(std::min(r.right(), holder->width() - 1));
+        r.setBottom(std::min(r.bottom(), holder->height() - 1));
+    }
+    return r;
+}
+
+void FormView::placeScrollersIn(const Control& holder) {
+    for (const ControlPtr& c : form_->controls()) {
+        QWidget* w = widgetFor(*c);
+        if (w && c->prop(QStringLiteral("Container")).toString() == holder.name() &&
+            qobject_cast<QAbstractScrollArea*>(w))
+            w->setGeometry(placed(*c, *w));
+    }
+}
+
 void FormView::relayout() {
     if (!form_)
         return;
@@ -328,7 +352,7 @@ void FormView::relayout() {
             continue;
         const Align align = hasContainer(*c) ? Align::None : alignOf(*c);
         if (align == Align::None) {
-            w->setGeometry(toPixels(c->geometry()));
+            w->setGeometry(placed(*c, *w));
             continue;
         }
         if (!c->visible())
@@ -358,6 +382,10 @@ void FormView::relayout() {
         }
         w->raise();
     }
+    // The panels have their sizes now: the scrolling controls in them are kept inside.
+    for (const ControlPtr& c : form_->controls())
+        if (QWidget* w = widgetFor(*c); w && hasContainer(*c) && qobject_cast<QAbstractScrollArea*>(w))
+            w->setGeometry(placed(*c, *w));
 }
 
 void FormView::formChanged(const QString& p) {

@@ -64,6 +64,10 @@ private:
     void build();
     void bindControl(Control& control);
     void placeInContainers();
+    // Where a control's widget goes: its twips, a scrolling control kept
+    // inside the panel that holds it.
+    QRect placed(const Control& control, const QWidget& widget) const;
+    void placeScrollersIn(const Control& holder);
     // Keys that press controls: a control's "Shortcut" anywhere in the
     // window; Enter on a "Default" button and Escape on a "Cancel" one.
     void bindShortcuts();

@@ -178,6 +178,8 @@ void frmMain::buildSideBar() {
     zoom.setProp(QStringLiteral("Value"), SliderDesignValue);
     place(zoom, templates, PanelLeft, PanelLeft + RowHeight + 15, PanelWidth, RowHeight);
     POLARDraw2.setProp(QStringLiteral("Container"), templates);
+    // The pane shows a library whole, from its first symbol, and scrolls both ways.
+    POLARDraw2.setProp(QStringLiteral("ShowsWholePage"), true);
 
     // Shape List: the button above the list.
     Control& load = add(ControlKind::CommandButton, QStringLiteral("cdmShapeData"));

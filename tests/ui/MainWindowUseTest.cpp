@@ -1,7 +1,8 @@
-// The main window's keys as the desktop delivers them: the clipboard, undo,
-// redo and delete keys act on the drawing wherever the focus is in the
-// window; the file commands show their keys in the menu; the wall keypad
-// takes Enter and Escape, and shows every key whole.
+// The main window as a user meets it on the desktop. Its keys: the
+// clipboard, undo, redo and delete keys act on the drawing wherever the focus
+// is in the window; the file commands show their keys in the menu; the wall
+// keypad takes Enter and Escape, and shows every key whole. Its template
+// pane: a library shows from its first symbol, whole, and scrolls both ways.
 #include "UiTestSupport.h"
 #include "canvas/api/POLARDraw.h"
 #include "canvas/api/ShapeObjects.h"
@@ -19,6 +20,7 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTest>
 
 namespace tessaly::ui {
@@ -26,7 +28,9 @@ namespace {
 
 using testing::TempHome;
 
-class MainWindowKeys : public ::testing::Test {
+constexpr int16_t InstalledTemplateZoom = 100; // TemplateZoom as the install step writes it
+
+class MainWindowUse : public ::testing::Test {
 protected:
     TempHome home;
     bool installed = (install(home.home()), installDrawings(home.home()), true);
@@ -36,8 +40,10 @@ protected:
     Form& main = loadMain();
     FormView view{main};
 
+    // The main window loads with the template folder and zoom that the installed settings name.
     Form& loadMain() {
         app.gTemplateFolder = home.home().templateDir() + QLatin1Char('/');
+        app.gTemplateZoom = InstalledTemplateZoom;
         return app.form(QStringLiteral("frmMain"));
     }
     void SetUp() override {
@@ -76,7 +82,7 @@ protected:
     }
 };
 
-TEST_F(MainWindowKeys, UndoRedoAndClipboardKeysActOnTheDrawingFromAnyControl) {
+TEST_F(MainWindowUse, UndoRedoAndClipboardKeysActOnTheDrawingFromAnyControl) {
     const int before = drawing().drawing().count();
     const int id = addRectangle();
     auto* scale = widget<QComboBox>("cboScale");
@@ -114,7 +120,7 @@ TEST_F(MainWindowKeys, UndoRedoAndClipboardKeysActOnTheDrawingFromAnyControl) {
     EXPECT_EQ(drawing().drawing().count(), before);
 }
 
-TEST_F(MainWindowKeys, ATextBoxKeepsItsOwnEditingKeys) {
+TEST_F(MainWindowUse, ATextBoxKeepsItsOwnEditingKeys) {
     const int id = addRectangle();
     main.control(QStringLiteral("WallInput")).setVisible(true);
     auto* length = widget<QLineEdit>("txtWallLen");
@@ -130,7 +136,7 @@ TEST_F(MainWindowKeys, ATextBoxKeepsItsOwnEditingKeys) {
     EXPECT_TRUE(drawing().drawing().contains(id)) << "Delete in a text box deleted the shape";
 }
 
-TEST_F(MainWindowKeys, FileCommandsShowTheirKeysAndKeepTheirCaptions) {
+TEST_F(MainWindowUse, FileCommandsShowTheirKeysAndKeepTheirCaptions) {
     const std::pair<const char*, QKeySequence> expected[] = {
         {"mnuFile_New", QKeySequence(QStringLiteral("Ctrl+N"))},
         {"mnuFile_Open", QKeySequence(QStringLiteral("Ctrl+O"))},
@@ -154,7 +160,7 @@ TEST_F(MainWindowKeys, FileCommandsShowTheirKeysAndKeepTheirCaptions) {
         << "Ctrl+P did not reach the Print command";
 }
 
-TEST_F(MainWindowKeys, TheWallKeypadTakesEnterAndEscapeAndShowsEveryKeyWhole) {
+TEST_F(MainWindowUse, TheWallKeypadTakesEnterAndEscapeAndShowsEveryKeyWhole) {
     pressButton(20);
     auto* panel = view.widgetFor(main.control(QStringLiteral("WallInput")));
     ASSERT_NE(panel, nullptr);
@@ -187,6 +193,57 @@ TEST_F(MainWindowKeys, TheWallKeypadTakesEnterAndEscapeAndShowsEveryKeyWhole) {
     // With the panel hidden, Enter and Escape press nothing.
     press(widget<QComboBox>("cboScale"), Qt::Key_Return);
     EXPECT_EQ(drawing().drawing().count(), before + 1);
+}
+
+TEST_F(MainWindowUse, ATemplateLibraryShowsFromItsFirstSymbolAndScrollsBothWays) {
+    auto* pane = widget<CanvasWidget>("POLARDraw2");
+    ASSERT_NE(pane, nullptr);
+    main.control(QStringLiteral("SSActiveTabs1")).setProp(QStringLiteral("Tab"), 1);
+    testing::processPending();
+    ASSERT_TRUE(pane->isVisible());
+    Control& box = main.control(QStringLiteral("cboTemplates"));
+    for (const int item : {0, 4, 6}) {
+        box.setListIndex(item);
+        testing::processPending();
+        SCOPED_TRACE(box.text().toStdString());
+        // The pane lies inside its tab, its scroll bars with it.
+        const QWidget* tab = pane->parentWidget();
+        EXPECT_LE(pane->geometry().bottom(), tab->height() - 1);
+        EXPECT_LE(pane->geometry().right(), tab->width() - 1);
+        // The library is wider than the pane: the bar across shows, and the one
+        // down where the library is higher than the pane; both at their start.
+        canvas::POLARDraw& shown = pane->canvas();
+        const double ppm = shown.viewGeometry().pixelsPerMm();
+        const double high = (shown.drawing().state().page.height + 2 * CanvasWidget::WholePageMarginMm) * ppm;
+        EXPECT_TRUE(pane->horizontalScrollBar()->isVisible());
+        EXPECT_EQ(pane->verticalScrollBar()->isVisible(), high > pane->viewport()->height() + 1) << high;
+        EXPECT_EQ(pane->horizontalScrollBar()->value(), 0);
+        EXPECT_EQ(pane->verticalScrollBar()->value(), 0);
+        // The first symbol stands whole in the window.
+        canvas::POLARDraw& templates = pane->canvas();
+        const QRectF first = templates.drawing().at(0)->box();
+        const QRect window = pane->viewport()->rect();
+        const QPointF topLeft = templates.viewGeometry().pageToClient(first.topLeft());
+        const QPointF bottomRight = templates.viewGeometry().pageToClient(first.bottomRight());
+        EXPECT_TRUE(window.contains(topLeft.toPoint())) << topLeft.x() << "," << topLeft.y();
+        EXPECT_TRUE(window.contains(bottomRight.toPoint())) << bottomRight.x() << "," << bottomRight.y();
+        // The far end of the library is reached by the bars.
+        const QSizeF page(templates.drawing().state().page.width, templates.drawing().state().page.height);
+        const double k = templates.viewGeometry().pixelsPerMm();
+        EXPECT_GE(pane->horizontalScrollBar()->maximum() + window.width(),
+                  static_cast<int>(page.width() * k));
+        EXPECT_GE(pane->verticalScrollBar()->maximum() + window.height(),
+                  static_cast<int>(page.height() * k));
+    }
+    // Scrolled to its end, a press lands on the page point under the pointer.
+    pane->horizontalScrollBar()->setValue(pane->horizontalScrollBar()->maximum());
+    testing::processPending();
+    const QPointF under =
+        pane->canvas().viewGeometry().screenToPage(QPointF(pane->viewport()->mapToGlobal(QPoint(10, 10))));
+    const QPointF expected =
+        pane->canvas().viewGeometry().clientToPage(QPointF(10 + pane->horizontalScrollBar()->value(), 10));
+    EXPECT_NEAR(under.x(), expected.x(), 1e-6);
+    EXPECT_NEAR(under.y(), expected.y(), 1e-6);
 }
 
 } // namespace

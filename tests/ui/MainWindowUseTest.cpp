@@ -3,14 +3,10 @@
 // is in the window; the file commands show their keys in the menu; the wall
 // keypad takes Enter and Escape, and shows every key whole. Its template
 // pane: a library shows from its first symbol, whole, and scrolls both ways.
-#include "UiTestSupport.h"
+#include "MainWindowFixture.h"
 #include "canvas/api/POLARDraw.h"
 #include "canvas/api/ShapeObjects.h"
-#include "core/install/Installer.h"
-#include "templates/Drawings.h"
 #include "ui/CanvasWidget.h"
-#include "ui/FormView.h"
-#include "workspace/Application.h"
 
 #include <QAction>
 #include <QApplication>
@@ -26,26 +22,8 @@
 namespace tessaly::ui {
 namespace {
 
-using testing::TempHome;
-
-constexpr int16_t InstalledTemplateZoom = 100; // TemplateZoom as the install step writes it
-
-class MainWindowUse : public ::testing::Test {
+class MainWindowUse : public testing::MainWindowFixture {
 protected:
-    TempHome home;
-    bool installed = (install(home.home()), installDrawings(home.home()), true);
-    ScriptedUiPort port;
-    RecordingWaiter waiter;
-    Application app{port, waiter, home.home()};
-    Form& main = loadMain();
-    FormView view{main};
-
-    // The main window loads with the template folder and zoom that the installed settings name.
-    Form& loadMain() {
-        app.gTemplateFolder = home.home().templateDir() + QLatin1Char('/');
-        app.gTemplateZoom = InstalledTemplateZoom;
-        return app.form(QStringLiteral("frmMain"));
-    }
     void SetUp() override {
         view.resize(1280, 1000);
         view.show();

@@ -31,6 +31,11 @@ PACKAGES=(
   graphviz
   # server database backend tests
   postgresql
+  # the user guide: pandoc makes HTML of its Markdown chapters and WeasyPrint
+  # lays that out as a PDF (far lighter than a LaTeX engine)
+  pandoc weasyprint
+  # checks of the launcher and file type the install step gives the desktop
+  desktop-file-utils shared-mime-info
 )
 
 missing=()

@@ -49,7 +49,8 @@ xdotool mousemove 383 33 click 1
 sleep 0.3
 xdotool mousemove 500 375 click 1
 sleep 0.3
-xdotool mousemove 601 375 mousedown 1 mousemove 650 375 mousemove 701 375 mouseup 1
+# The handle stands 6 pixels outside the side; the side follows the pointer.
+xdotool mousemove 606 375 mousedown 1 mousemove 656 375 mousemove 706 375 mouseup 1
 sleep 0.3
 # The text tool: a box dragged out and a word typed into it.
 xdotool mousemove 148 95 click 1

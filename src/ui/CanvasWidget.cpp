@@ -31,8 +31,8 @@ constexpr int DrawMode = 4;
 constexpr int WheelNotch = 120;
 // Pixels the view scrolls for one notch without Ctrl.
 constexpr int WheelScrollPixels = 48;
-// How near (pixels) the pointer must be to a selection handle to show the sizing pointer.
-constexpr double HandleReachPx = 6.0;
+// How near (pixels) a double click must come to a text shape to edit it.
+constexpr double TextReachPx = 6.0;
 // Points per inch and millimetres per inch: font sizes of text shapes on screen.
 constexpr double PointsPerInch = 72.0;
 constexpr double MmPerInch = 25.4;
@@ -93,11 +93,37 @@ void CanvasWidget::canvasWantsRepaint() {
 }
 
 void CanvasWidget::tellGeometry() {
-    canvas_->setScreenOrigin(viewport()->mapToGlobal(QPoint(0, 0)));
+    // The canvas's view starts where the window would show it unscrolled.
+    canvas_->setScreenOrigin(viewport()->mapToGlobal(QPoint(0, 0)) - offset_);
 }
 
 QPointF CanvasWidget::screenPos(const QPointF& clientPos) const {
-    return clientPos + QPointF(canvas_->viewGeometry().screenOrigin);
+    return inView(clientPos) + QPointF(canvas_->viewGeometry().screenOrigin);
+}
+
+QPointF CanvasWidget::inView(const QPointF& clientPos) const {
+    return clientPos + QPointF(offset_);
+}
+
+void CanvasWidget::setShowsWholePage(bool on) {
+    wholePage_ = on;
+    offset_ = {};
+    tellViewportSize();
+    syncWithCanvas();
+}
+
+QSize CanvasWidget::wholePageSize() const {
+    const double k = canvas_->viewGeometry().pixelsPerMm();
+    const canvas::PageSettings& page = canvas_->drawing().state().page;
+    const QSize size(static_cast<int>(std::ceil((page.width + 2 * WholePageMarginMm) * k)),
+                     static_cast<int>(std::ceil((page.height + 2 * WholePageMarginMm) * k)));
+    return size.expandedTo(viewport()->size());
+}
+
+void CanvasWidget::tellViewportSize() {
+    const QSize want = wholePage_ ? wholePageSize() : viewport()->size();
+    if (canvas_->viewGeometry().viewport != want)
+        canvas_->setViewportSize(want);
 }
 
 void CanvasWidget::syncWithCanvas() {
@@ -120,13 +146,14 @@ void CanvasWidget::paintEvent(QPaintEvent*) {
     tellGeometry();
     QPainter painter(viewport());
     painter.fillRect(viewport()->rect(), palette().color(QPalette::Mid));
+    painter.translate(-offset_);
     canvas_->renderView(painter);
 }
 
 void CanvasWidget::resizeEvent(QResizeEvent* event) {
     QAbstractScrollArea::resizeEvent(event);
     tellGeometry();
-    canvas_->setViewportSize(viewport()->size());
+    tellViewportSize();
 }
 
 void CanvasWidget::moveEvent(QMoveEvent* event) {
@@ -139,10 +166,14 @@ void CanvasWidget::showEvent(QShowEvent* event) {
     // The window's own dialogs; a host set by the logic for scripted runs gives way to them.
     canvas_->setDialogHost(dialogs_.get());
     tellGeometry();
-    canvas_->setViewportSize(viewport()->size());
+    tellViewportSize();
 }
 
 void CanvasWidget::syncScrollBars() {
+    if (wholePage_) {
+        syncWholePageBars();
+        return;
+    }
     // The scroll bars cover the page and a margin around it, in pixels of the
     // current zoom; the value is the page point at the window's top-left.
     const canvas::ViewGeometry& view = canvas_->viewGeometry();
@@ -165,9 +196,40 @@ void CanvasWidget::syncScrollBars() {
     syncingScrollBars_ = false;
 }
 
+void CanvasWidget::syncWholePageBars() {
+    // The canvas sees the whole page with its margin; the bars move the
+    // window over that view, from its top-left corner.
+    tellViewportSize();
+    const QSize all = canvas_->viewGeometry().viewport;
+    const QSize window = viewport()->size();
+    syncingScrollBars_ = true;
+    auto setBar = [](QScrollBar* bar, int total, int shown, int& at) {
+        const int high = std::max(0, total - shown);
+        at = std::clamp(at, 0, high);
+        bar->setRange(0, high);
+        bar->setPageStep(shown);
+        bar->setSingleStep(std::max(1, shown / 20));
+        bar->setValue(at);
+    };
+    int x = offset_.x(), y = offset_.y();
+    setBar(horizontalScrollBar(), all.width(), window.width(), x);
+    setBar(verticalScrollBar(), all.height(), window.height(), y);
+    syncingScrollBars_ = false;
+    if (QPoint(x, y) != offset_) {
+        offset_ = QPoint(x, y);
+        tellGeometry();
+    }
+}
+
 void CanvasWidget::scrollContentsBy(int, int) {
     if (syncingScrollBars_)
         return;
+    if (wholePage_) {
+        offset_ = QPoint(horizontalScrollBar()->value(), verticalScrollBar()->value());
+        tellGeometry();
+        viewport()->update();
+        return;
+    }
     const double k = canvas_->viewGeometry().pixelsPerMm();
     const QPointF now = canvas_->viewGeometry().scroll;
     // Only the bar that moved changes its axis: the other keeps the canvas's fraction of a pixel.
@@ -201,9 +263,9 @@ void CanvasWidget::syncCursor(const QPointF& clientPos) {
         const std::vector<QPointF> handles = canvas_->tools().handles();
         const canvas::ViewGeometry& view = canvas_->viewGeometry();
         for (size_t i = 0; i < handles.size(); ++i) {
-            const QPointF at = view.pageToClient(handles[i]);
-            if (std::fabs(at.x() - clientPos.x()) <= HandleReachPx &&
-                std::fabs(at.y() - clientPos.y()) <= HandleReachPx) {
+            const QPointF at = view.pageToClient(handles[i]) - QPointF(offset_);
+            if (std::fabs(at.x() - clientPos.x()) <= canvas::ToolController::HandleReachPx &&
+                std::fabs(at.y() - clientPos.y()) <= canvas::ToolController::HandleReachPx) {
                 shape = handleCursor(i, handles.size());
                 break;
             }
@@ -222,6 +284,12 @@ void CanvasWidget::mousePressEvent(QMouseEvent* event) {
     if (button == 0)
         return;
     viewport()->setFocus(Qt::MouseFocusReason);
+    // The middle button pans the page by hand; the canvas still hears the press.
+    if (button == MiddleButtonCode) {
+        panFrom_ = event->position();
+        panning_ = true;
+        viewport()->setCursor(Qt::ClosedHandCursor);
+    }
     const int shift = platformShiftMask(event->modifiers());
     const QPointF at = event->position();
     input([&] {
@@ -231,6 +299,20 @@ void CanvasWidget::mousePressEvent(QMouseEvent* event) {
 }
 
 void CanvasWidget::mouseMoveEvent(QMouseEvent* event) {
+    if (panning_ && (event->buttons() & Qt::MiddleButton)) {
+        // The page point under the pointer stays under it.
+        const double k = canvas_->viewGeometry().pixelsPerMm();
+        const QPointF moved = event->position() - panFrom_;
+        panFrom_ = event->position();
+        if (wholePage_) {
+            horizontalScrollBar()->setValue(horizontalScrollBar()->value() -
+                                            static_cast<int>(std::lround(moved.x())));
+            verticalScrollBar()->setValue(verticalScrollBar()->value() -
+                                          static_cast<int>(std::lround(moved.y())));
+        } else {
+            canvas_->setScroll(canvas_->viewGeometry().scroll - moved / k);
+        }
+    }
     const int buttons = platformButtons(event->buttons());
     const int shift = platformShiftMask(event->modifiers());
     const QPointF at = event->position();
@@ -238,13 +320,19 @@ void CanvasWidget::mouseMoveEvent(QMouseEvent* event) {
         const QPointF s = screenPos(at);
         canvas_->mouseMove(buttons, shift, s.x(), s.y());
     });
-    syncCursor(at);
+    if (!panning_)
+        syncCursor(at);
 }
 
 void CanvasWidget::mouseReleaseEvent(QMouseEvent* event) {
     const int button = platformButton(event->button());
     if (button == 0)
         return;
+    if (button == MiddleButtonCode && panning_) {
+        panning_ = false;
+        viewport()->unsetCursor();
+        syncCursor(event->position());
+    }
     const int shift = platformShiftMask(event->modifiers());
     const QPointF at = event->position();
     input([&] {
@@ -267,8 +355,8 @@ void CanvasWidget::mouseDoubleClickEvent(QMouseEvent* event) {
             canvas_->textEditor().open)
             return;
         const canvas::ViewGeometry& view = canvas_->viewGeometry();
-        const QPointF mm = view.clientToPage(at);
-        const int pos = canvas_->drawing().topmostAt(mm, HandleReachPx / view.pixelsPerMm());
+        const QPointF mm = view.clientToPage(inView(at));
+        const int pos = canvas_->drawing().topmostAt(mm, TextReachPx / view.pixelsPerMm());
         if (pos < 0)
             return;
         const canvas::ShapeData& shape = *canvas_->drawing().at(pos);
@@ -298,6 +386,10 @@ void CanvasWidget::zoomAround(int percent, const QPointF& clientPos) {
     const int zoom = std::clamp(percent, canvas::MinZoom, canvas::MaxZoom);
     if (zoom == canvas_->zoom())
         return;
+    if (wholePage_) {
+        canvas_->setZoom(zoom); // the page keeps its margin at the view's top-left
+        return;
+    }
     // The page point under the pointer stays under it.
     const QPointF before = canvas_->viewGeometry().clientToPage(clientPos);
     canvas_->setZoom(zoom);
@@ -355,7 +447,8 @@ void CanvasWidget::syncTextEditor() {
         QRectF(QPointF(shape->left, shape->top), QPointF(shape->right, shape->bottom)).normalized();
     QRect onScreen = QRectF(view.pageToClient(box.topLeft()), view.pageToClient(box.bottomRight()))
                          .toAlignedRect()
-                         .adjusted(-2, -2, 2, 2);
+                         .adjusted(-2, -2, 2, 2)
+                         .translated(-offset_);
     const canvas::FontStyle& font = shape->st().font;
     QFont shown(font.name);
     shown.setBold(font.bold);
@@ -388,7 +481,10 @@ void CanvasWidget::syncTextEditor() {
 // --- the control's widget ------------------------------------------------------------
 
 ControlWidget makeCanvas(Control& control, QWidget* parent, ViewSink& sink) {
-    return makeEngineView<canvas::POLARDraw, CanvasWidget>(control, parent, sink);
+    ControlWidget made = makeEngineView<canvas::POLARDraw, CanvasWidget>(control, parent, sink);
+    if (auto* canvasWidget = qobject_cast<CanvasWidget*>(made.widget))
+        canvasWidget->setShowsWholePage(control.prop(QStringLiteral("ShowsWholePage")).toBool());
+    return made;
 }
 
 } // namespace tessaly::ui

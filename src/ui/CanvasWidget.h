@@ -19,7 +19,9 @@ class QtCanvasDialogHost;
 // mouse, wheel and keys to the canvas in screen pixels and platform codes,
 // keeps the canvas told of its size and screen position, shows the in-place
 // text editor while the canvas has one open, and gives the canvas its Qt
-// dialogs. Scroll bars move over the page with a margin around it.
+// dialogs. Scroll bars move over the page with a margin around it; a drag
+// with the middle button pans it, the wheel scrolls and Ctrl with the wheel
+// zooms about the pointer.
 //
 // Every input reaches the canvas as a step of the view sink, so that a modal
 // window above the form keeps it away and an error goes to the dispatcher.
@@ -43,6 +45,15 @@ public:
     // Brings the view up to date with the canvas: scroll bars, text editor, cursor.
     void syncWithCanvas();
 
+    // Whole-page mode (the template pane): the canvas's view holds its whole
+    // page at the zoom with a margin round it, so that centring the page
+    // shows it from its top-left corner, and the window's bars scroll over
+    // that view. Set by the control's "ShowsWholePage".
+    void setShowsWholePage(bool on);
+    bool showsWholePage() const { return wholePage_; }
+    // The margin (page mm) round the page in whole-page mode.
+    static constexpr double WholePageMarginMm = 5.0;
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -63,6 +74,11 @@ private:
     void canvasWantsRepaint();
     void tellGeometry();
     void syncScrollBars();
+    void syncWholePageBars();
+    void tellViewportSize();
+    QSize wholePageSize() const;
+    // A point of the window in the canvas's view (they differ in whole-page mode).
+    QPointF inView(const QPointF& clientPos) const;
     void syncTextEditor();
     void syncCursor(const QPointF& clientPos);
     void commitEditor();
@@ -76,6 +92,10 @@ private:
     CanvasTextEditor* editor_ = nullptr;
     int editorShapeId_ = 0;
     bool syncingScrollBars_ = false;
+    bool wholePage_ = false;
+    QPoint offset_;        // whole-page mode: the window's top-left in the canvas's view, pixels
+    bool panning_ = false; // the middle button is down: the page follows the pointer
+    QPointF panFrom_;      // where the pointer was at the last step of the pan
     bool inSync_ = false;
 };
 

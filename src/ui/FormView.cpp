@@ -6,6 +6,7 @@
 #include "core/forms/Form.h"
 
 #include <QAbstractButton>
+#include <QAbstractScrollArea>
 #include <QCloseEvent>
 #include <QCursor>
 #include <QKeyEvent>
@@ -13,6 +14,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
+#include <QShortcut>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -85,6 +87,7 @@ void FormView::build() {
     for (const ControlPtr& c : form_->controls())
         bindControl(*c);
     placeInContainers();
+    bindShortcuts();
     relayout();
 
     setWindowTitle(form_->caption());
@@ -115,6 +118,46 @@ void FormView::bindControl(Control& c) {
     if (made.sync)
         made.sync(QString());
     applyShared(c, made.widget, QString());
+}
+
+void FormView::bindShortcuts() {
+    for (const ControlPtr& control : form_->controls()) {
+        Control* c = control.get();
+        const auto it = widgets_.find(c);
+        if (it == widgets_.end())
+            continue;
+        const ControlWidget& made = it->second;
+        // Keys that press a control wherever the focus is in the window
+        // ("Shortcut", several parted by "; ").
+        const QString keys = c->prop(QStringLiteral("Shortcut")).toString();
+        for (const QKeySequence& seq : QKeySequence::listFromString(keys))
+            pressOn(*c, seq, this, Qt::WindowShortcut);
+        // A default button takes Enter, a cancel button Escape, while the
+        // focus is on the panel that holds it (or anywhere on its window).
+        QWidget* holder = made.widget ? made.widget->parentWidget() : nullptr;
+        const bool inPanel = hasContainer(*c) && holder;
+        QWidget* scope = inPanel ? holder : this;
+        const Qt::ShortcutContext context = inPanel ? Qt::WidgetWithChildrenShortcut : Qt::WindowShortcut;
+        if (c->prop(QStringLiteral("Default")).toBool()) {
+            pressOn(*c, QKeySequence(Qt::Key_Return), scope, context);
+            pressOn(*c, QKeySequence(Qt::Key_Enter), scope, context);
+        }
+        if (c->prop(QStringLiteral("Cancel")).toBool())
+            pressOn(*c, QKeySequence(Qt::Key_Escape), scope, context);
+    }
+}
+
+void FormView::pressOn(Control& c, const QKeySequence& keys, QWidget* scope, Qt::ShortcutContext context) {
+    auto* shortcut = new QShortcut(keys, scope);
+    shortcut->setContext(context);
+    shortcut->setObjectName(c.fullName() + QStringLiteral(".Shortcut"));
+    QObject::connect(shortcut, &QShortcut::activated, this, [this, &c] {
+        // A control that cannot be clicked now (hidden, disabled) takes no key.
+        QWidget* w = widgetFor(c);
+        if (!form_ || !c.enabled() || (w && !w->isVisible()))
+            return;
+        userInput([&c] { c.form().raiseEvent(c, QStringLiteral("Click")); });
+    });
 }
 
 void FormView::placeInContainers() {
@@ -222,10 +265,12 @@ void FormView::applyShared(Control& c, QWidget* w, const QString& p) {
         placeInContainers();
         relayout();
     } else if (!p.isEmpty() && (isGeometry(p) || p == QLatin1String("Align"))) {
-        if (alignOf(c) == Align::None || hasContainer(c))
-            w->setGeometry(toPixels(c.geometry()));
-        else
+        if (alignOf(c) == Align::None || hasContainer(c)) {
+            w->setGeometry(placed(c, *w));
+            placeScrollersIn(c);
+        } else {
             relayout();
+        }
     }
     if (p == QLatin1String("Visible") && alignOf(c) != Align::None)
         relayout();
@@ -274,6 +319,27 @@ void FormView::applyFont(const Control& c, QWidget* w) {
     w->setFont(font);
 }
 
+QRect FormView::placed(const Control& c, const QWidget& w) const {
+    QRect r = toPixels(c.geometry());
+    // A scrolling control (a canvas, a list) ends at the edge of the panel
+    // that holds it, so that its scroll bars stay in sight.
+    const QWidget* holder = w.parentWidget();
+    if (hasContainer(c) && holder && holder != surface_ && qobject_cast<const QAbstractScrollArea*>(&w)) {
+        r.setRight(std::min(r.right(), holder->width() - 1));
+        r.setBottom(std::min(r.bottom(), holder->height() - 1));
+    }
+    return r;
+}
+
+void FormView::placeScrollersIn(const Control& holder) {
+    for (const ControlPtr& c : form_->controls()) {
+        QWidget* w = widgetFor(*c);
+        if (w && c->prop(QStringLiteral("Container")).toString() == holder.name() &&
+            qobject_cast<QAbstractScrollArea*>(w))
+            w->setGeometry(placed(*c, *w));
+    }
+}
+
 void FormView::relayout() {
     if (!form_)
         return;
@@ -286,7 +352,7 @@ void FormView::relayout() {
             continue;
         const Align align = hasContainer(*c) ? Align::None : alignOf(*c);
         if (align == Align::None) {
-            w->setGeometry(toPixels(c->geometry()));
+            w->setGeometry(placed(*c, *w));
             continue;
         }
         if (!c->visible())
@@ -316,6 +382,10 @@ void FormView::relayout() {
         }
         w->raise();
     }
+    // The panels have their sizes now: the scrolling controls in them are kept inside.
+    for (const ControlPtr& c : form_->controls())
+        if (QWidget* w = widgetFor(*c); w && hasContainer(*c) && qobject_cast<QAbstractScrollArea*>(w))
+            w->setGeometry(placed(*c, *w));
 }
 
 void FormView::formChanged(const QString& p) {

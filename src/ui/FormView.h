@@ -8,6 +8,7 @@
 #include <memory>
 
 class QAction;
+class QKeySequence;
 class QMenu;
 class QMenuBar;
 
@@ -63,6 +64,14 @@ private:
     void build();
     void bindControl(Control& control);
     void placeInContainers();
+    // Where a control's widget goes: its twips, a scrolling control kept
+    // inside the panel that holds it.
+    QRect placed(const Control& control, const QWidget& widget) const;
+    void placeScrollersIn(const Control& holder);
+    // Keys that press controls: a control's "Shortcut" anywhere in the
+    // window; Enter on a "Default" button and Escape on a "Cancel" one.
+    void bindShortcuts();
+    void pressOn(Control& control, const QKeySequence& keys, QWidget* scope, Qt::ShortcutContext context);
     void controlChanged(Control& control, const QString& property);
     void applyShared(Control& control, QWidget* widget, const QString& property);
     void applyFont(const Control& control, QWidget* widget);

@@ -2,6 +2,7 @@
 
 #include "core/forms/Form.h"
 
+#include <utility>
 #include <vector>
 
 namespace tessaly {
@@ -192,6 +193,14 @@ void addMainMenus(Form& form) {
         if (*e.parent)
             m.setParentMenu(form.find(QString::fromLatin1(e.parent)));
     }
+    // The usual desktop keys of the file commands, shown beside their captions.
+    const std::pair<const char*, const char*> shortcuts[] = {{"mnuFile_New", "Ctrl+N"},
+                                                             {"mnuFile_Open", "Ctrl+O"},
+                                                             {"mnuFile_Save", "Ctrl+S"},
+                                                             {"mnuFile_SaveAs", "Ctrl+Shift+S"},
+                                                             {"mnuFile_Print", "Ctrl+P"}};
+    for (const auto& [name, keys] : shortcuts)
+        form.find(QString::fromLatin1(name))->setProp(QStringLiteral("Shortcut"), QString::fromLatin1(keys));
 }
 
 } // namespace tessaly

@@ -101,6 +101,8 @@ public:
     void POLARDraw1_FileError(const QString& text, bool& handled);
     // The template canvas: a click on a symbol copies it to the main canvas.
     void POLARDraw2_SelectionChanged(int id);
+    // The tip over a symbol of the template pane: its name and real size.
+    void POLARDraw2_MouseMove(float x, float y);
 
 private:
     void buildControls();

@@ -347,6 +347,8 @@ void frmMain::registerCanvasHandlers() {
         });
     on(POLARDraw2.name(), QStringLiteral("SelectionChanged"),
        [this](Control&, EventArgs& a) { POLARDraw2_SelectionChanged(a.value(0).toInt()); });
+    on(POLARDraw2.name(), QStringLiteral("MouseMove"),
+       [this](Control&, EventArgs& a) { POLARDraw2_MouseMove(a.value(2).toFloat(), a.value(3).toFloat()); });
 }
 
 void frmMain::attachCanvases() {

@@ -8,6 +8,7 @@
 #include "core/forms/Control.h"
 
 #include <QStringList>
+#include <utility>
 
 namespace tessaly {
 
@@ -30,13 +31,18 @@ constexpr int ReadOutCaption = 1350; // width of a read-out's caption
 constexpr int ReadOutValue = 1095;   // width of a read-out's value
 constexpr int WallPanelLeft = 4400;  // the wall input panel over the canvas, near its top left
 constexpr int WallPanelTop = 1200;
-constexpr int WallPanelWidth = 2700;
-constexpr int WallPanelHeight = 3210;
 constexpr int ShadowOffset = 90; // the panel's shadow lies this far down and right
 constexpr int KeyWidth = 810;    // a key of the wall input keypad
 constexpr int KeyHeight = 480;
 constexpr int KeyPitchX = 870;
 constexpr int KeyPitchY = 540;
+constexpr int KeyMargin = 120; // between the panel's edges and its keys
+constexpr int KeypadTop = 600; // the first row of keys, below the length box
+constexpr int KeypadRows = 5;  // 7 8 9 / 4 5 6 / 1 2 3 / 0 Clear / Cancel OK
+constexpr int KeypadColumns = 3;
+// The panel holds the keypad with a margin all round, so no key is cut off.
+constexpr int WallPanelWidth = 2 * KeyMargin + (KeypadColumns - 1) * KeyPitchX + KeyWidth;
+constexpr int WallPanelHeight = KeypadTop + (KeypadRows - 1) * KeyPitchY + KeyHeight + KeyMargin;
 constexpr unsigned ShadowColour = 0x404040; // dark grey shadow of the wall input panel
 constexpr unsigned PanelColour = 0xF0E8E0;  // light blue-grey face of the wall input panel
 constexpr int SliderMin = 10;               // template zoom slider: 10 to 200 percent
@@ -46,6 +52,11 @@ constexpr int SliderTicks = 10; // a tick every 10 percent
 constexpr int SliderDesignValue = 100;
 
 const QString StripName = QStringLiteral("picToolStrip");
+
+// Keys of the tool strip's buttons: Copy, Cut, Paste, Undo, Redo (as Ctrl+Y
+// and as Ctrl+Shift+Z) and Delete.
+constexpr std::pair<int, const char*> StripShortcuts[] = {
+    {0, "Ctrl+C"}, {1, "Ctrl+X"}, {2, "Ctrl+V"}, {3, "Ctrl+Z"}, {4, "Ctrl+Y; Ctrl+Shift+Z"}, {33, "Del"}};
 
 void place(Control& c, const QString& container, int left, int top, int width, int height) {
     c.setProp(QStringLiteral("Container"), container);
@@ -74,6 +85,11 @@ void frmMain::buildToolStrip() {
         b.setToolTipText(QString::fromLatin1(button.toolTip));
         b.setProp(QStringLiteral("Picture"), iconPath(button.icon));
     }
+    // The usual keys of the clipboard, undo and delete press these buttons
+    // wherever the focus is in the window.
+    for (const auto& [index, keys] : StripShortcuts)
+        control(QStringLiteral("cmdToolBarButton"), index)
+            .setProp(QStringLiteral("Shortcut"), QString::fromLatin1(keys));
     int left = StripGap;
     for (int index : TopStripOrder) {
         if (index < 0) {
@@ -162,6 +178,8 @@ void frmMain::buildSideBar() {
     zoom.setProp(QStringLiteral("Value"), SliderDesignValue);
     place(zoom, templates, PanelLeft, PanelLeft + RowHeight + 15, PanelWidth, RowHeight);
     POLARDraw2.setProp(QStringLiteral("Container"), templates);
+    // The pane shows a library whole, from its first symbol, and scrolls both ways.
+    POLARDraw2.setProp(QStringLiteral("ShowsWholePage"), true);
 
     // Shape List: the button above the list.
     Control& load = add(ControlKind::CommandButton, QStringLiteral("cdmShapeData"));
@@ -190,11 +208,11 @@ void frmMain::buildWallInput() {
     unit.setCaption(QStringLiteral("mm"));
     place(unit, in, 2190, 165, 420, RowHeight);
     // The keypad: 7 8 9 / 4 5 6 / 1 2 3 / 0 Clear, then Cancel and OK.
-    const int keyTop = 600;
+    const int keyTop = KeypadTop;
     auto key = [&](int index, const QString& text, int column, int row) {
         Control& b = add(ControlKind::CommandButton, QStringLiteral("WallInputButton"), index);
         b.setCaption(text);
-        place(b, in, 120 + column * KeyPitchX, keyTop + row * KeyPitchY, KeyWidth, KeyHeight);
+        place(b, in, KeyMargin + column * KeyPitchX, keyTop + row * KeyPitchY, KeyWidth, KeyHeight);
     };
     for (int digit = 0; digit <= 9; ++digit) {
         const int column = digit == 0 ? 0 : (digit - 1) % 3;
@@ -206,11 +224,14 @@ void frmMain::buildWallInput() {
     key(12, QStringLiteral("OK"), 2, 4);
     // Clear stands beside 0; OK under 3, Cancel under 0.
     control(QStringLiteral("WallInputButton"), 11)
-        .move(120 + KeyPitchX, keyTop + 3 * KeyPitchY, 2 * KeyPitchX - 60, KeyHeight);
+        .move(KeyMargin + KeyPitchX, keyTop + 3 * KeyPitchY, 2 * KeyPitchX - 60, KeyHeight);
     control(QStringLiteral("WallInputButton"), 10)
-        .move(120, keyTop + 4 * KeyPitchY, KeyWidth + KeyPitchX - 60, KeyHeight);
+        .move(KeyMargin, keyTop + 4 * KeyPitchY, KeyWidth + KeyPitchX - 60, KeyHeight);
     control(QStringLiteral("WallInputButton"), 12)
-        .move(120 + 2 * KeyPitchX, keyTop + 4 * KeyPitchY, KeyWidth, KeyHeight);
+        .move(KeyMargin + 2 * KeyPitchX, keyTop + 4 * KeyPitchY, KeyWidth, KeyHeight);
+    // Enter presses OK and Escape presses Cancel while the focus is on the panel.
+    control(QStringLiteral("WallInputButton"), 12).setProp(QStringLiteral("Default"), true);
+    control(QStringLiteral("WallInputButton"), 10).setProp(QStringLiteral("Cancel"), true);
 }
 
 void frmMain::layoutSideBar() {

@@ -4,38 +4,20 @@
 
 #include "LateBound.h"
 #include "core/runtime/Vb.h"
+#include "templates/ScaleTable.h"
 #include "workspace/Application.h"
 
 namespace tessaly {
 
 namespace {
-// What one scale sets.
-struct ScaleRow {
-    int value;              // the denominator: 50 for 1:50
-    int16_t gridStep;       // page millimetres between guide lines
-    int16_t externalWall;   // external wall width
-    int16_t internalWall;   // internal wall width
-    int16_t fontBySetScale; // TextFontSize given by SetScale
-    int16_t fontByBox;      // TextFontSize given by the scale box
-};
-// At 1:400 and 1:500 the two routines give different font sizes.
-constexpr ScaleRow ScaleTable[] = {
-    {1, 10, 4, 3, 16, 16}, {10, 100, 4, 3, 14, 14}, {50, 20, 3, 2, 12, 12}, {100, 10, 3, 2, 10, 10},
-    {200, 5, 2, 1, 9, 9},  {300, 5, 2, 1, 8, 8},    {400, 5, 1, 0, 8, 6},   {500, 5, 1, 0, 8, 6},
-};
+using templates::ScaleRow;
+using templates::ScaleTable;
 constexpr int LandscapeGuidesDown = 210;   // guide limits of a landscape page, mm
 constexpr int LandscapeGuidesAcross = 290; // five short of the page's 295, as laid always
 constexpr int LabelSleep = 500;            // milliseconds the label step waits at its end
 // Offsets of a dimension figure's text box from the press, page millimetres.
 constexpr int HorizontalLeft = 0, HorizontalTop = -2, FigureRight = 20, FigureBottom = 7;
 constexpr int VerticalLeft = 2, VerticalTop = 1;
-
-const ScaleRow* rowOf(int value) {
-    for (const ScaleRow& row : ScaleTable)
-        if (row.value == value)
-            return &row;
-    return nullptr;
-}
 
 // The whole number a read-out shows, without its sign.
 int32_t unsignedReadOut(const QString& text) {
@@ -44,7 +26,7 @@ int32_t unsignedReadOut(const QString& text) {
 } // namespace
 
 void frmMain::applyScaleRow(int value, bool fromScaleBox) {
-    const ScaleRow* row = rowOf(value);
+    const ScaleRow* row = templates::scaleRow(value);
     if (!row)
         return;
     ScaleValue = static_cast<int16_t>(row->value);

@@ -3,10 +3,14 @@
 #include "frmMain.h"
 
 #include "LateBound.h"
+#include "canvas/api/POLARDraw.h"
 #include "core/files/FileSystem.h"
 #include "core/runtime/ResumeNext.h"
 #include "core/runtime/Vb.h"
+#include "templates/library/DrawingSet.h"
 #include "workspace/Application.h"
+
+#include <cmath>
 
 namespace tessaly {
 
@@ -34,6 +38,17 @@ constexpr Library Libraries[LibraryCount] = {
     {"User Items", "User.pdr"},
 };
 constexpr int MissingTemplate = 30001; // the canvas's error for a library file that is not there
+constexpr double SymbolReachPx = 4.0;  // how near the pointer must come to a symbol for its tip
+
+// The real size of a symbol: the catalogue's, for a symbol of the installed
+// libraries; else its size on the page times the library's scale.
+QSizeF realSize(const canvas::ShapeData& symbol, int scale) {
+    for (const templates::Library& library : templates::builtInCatalogue().libraries)
+        for (const templates::Symbol& s : library.symbols)
+            if (s.name == symbol.name)
+                return s.extent().size();
+    return symbol.box().size() * scale;
+}
 
 // The zoom offset of a library at a scale, percent from the template zoom.
 // Symbols of the coarser scales are shown larger.
@@ -106,6 +121,28 @@ void frmMain::POLARDraw2_SelectionChanged(int) {
     late::call(canvas1(), "Paste");
     int32_t tool = 1, type = -1, option = -1;
     SetDrawingTool(tool, type, option);
+}
+
+void frmMain::POLARDraw2_MouseMove(float x, float y) {
+    auto* engine = dynamic_cast<canvas::POLARDraw*>(canvas2().get());
+    if (!engine)
+        return;
+    const canvas::ViewGeometry& view = engine->viewGeometry();
+    const int pos =
+        engine->drawing().topmostAt(view.screenToPage(QPointF(x, y)), SymbolReachPx / view.pixelsPerMm());
+    QString tip;
+    if (pos >= 0) {
+        const canvas::ShapeData& symbol = *engine->drawing().at(pos);
+        bool tagged = false;
+        const int tag = engine->drawingTag().toInt(&tagged);
+        const QSizeF size = realSize(symbol, tagged && tag > 0 ? tag : ScaleValue);
+        tip = QStringLiteral("%1, %2 x %3 mm")
+                  .arg(symbol.name)
+                  .arg(std::lround(size.width()))
+                  .arg(std::lround(size.height()));
+    }
+    if (POLARDraw2.toolTipText() != tip)
+        POLARDraw2.setToolTipText(tip);
 }
 
 void frmMain::mnuView_Shapes_Click() {

@@ -281,7 +281,9 @@ TEST_F(Tools, HandlesResizeTheSelection) {
     tool(1);
     press(20, 20);
     release(20, 20);
-    drag(30, 30, 50, 40); // bottom-right handle
+    // The bottom-right handle, outside the corner.
+    const double g = ToolController::HandleGapPx / c->viewGeometry().pixelsPerMm();
+    drag(30 + g, 30 + g, 50 + g, 40 + g);
     EXPECT_NEAR(c->drawing().at(0)->right, 50, 1e-4);
     EXPECT_NEAR(c->drawing().at(0)->bottom, 40, 1e-4);
     EXPECT_NEAR(c->drawing().at(0)->left, 10, 1e-4);

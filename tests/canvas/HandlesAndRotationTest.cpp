@@ -23,6 +23,8 @@ struct Handles : ::testing::Test {
     Handles() { c->setScreenOrigin(QPoint(40, 30)); }
 
     void tool(int mode) { c->view()->set("ToolMode", mode); }
+    // Millimetres between the outline and the handles that stand outside it.
+    double gap() const { return ToolController::HandleGapPx / c->viewGeometry().pixelsPerMm(); }
     // A drag with the left button, in page millimetres through screen pixels.
     void drag(QPointF from, QPointF to) {
         const QPointF a = c->pageToScreen(from), b = c->pageToScreen(to);
@@ -60,7 +62,7 @@ TEST_F(Handles, AnUnturnedRectangleFollowsItsRightHandle) {
     const int id = c->addShapeMm(shape_type::Rectangle, QRectF(10, 10, 50, 30), {}, false);
     c->setSelection({id});
     tool(SelectTool);
-    drag(QPointF(60, 25), QPointF(75, 25));
+    drag(QPointF(60 + gap(), 25), QPointF(75 + gap(), 25));
     expectNear(onPage(id), QRectF(QPointF(10, 10), QPointF(75, 40)), 1e-4);
 }
 
@@ -72,7 +74,7 @@ TEST_F(Handles, ATurnedRectangleWidensOnThePageByItsRightHandle) {
     expectNear(onPage(id), QRectF(QPointF(20, 0), QPointF(50, 50)), 1e-4);
     c->setSelection({id});
     tool(SelectTool);
-    drag(QPointF(50, 25), QPointF(60, 25)); // the right handle, 10 mm to the right
+    drag(QPointF(50 + gap(), 25), QPointF(60 + gap(), 25)); // the right handle, 10 mm to the right
     // Wider on the page, no higher, the left side where it was, still turned.
     expectNear(onPage(id), QRectF(QPointF(20, 0), QPointF(60, 50)), 1e-4);
     EXPECT_EQ(shape(id).rotation, 90);
@@ -83,7 +85,7 @@ TEST_F(Handles, AHalfTurnedRectangleFollowsItsBottomHandle) {
     c->rotateShapes({id}, 180);
     c->setSelection({id});
     tool(SelectTool);
-    drag(QPointF(35, 40), QPointF(35, 52));
+    drag(QPointF(35, 40 + gap()), QPointF(35, 52 + gap()));
     expectNear(onPage(id), QRectF(QPointF(10, 10), QPointF(60, 52)), 1e-4);
 }
 
@@ -145,7 +147,8 @@ TEST_F(Handles, WhileAHandleIsDraggedTheShapeShowsAtItsNewSize) {
     const int id = c->addShapeMm(shape_type::Ellipse, QRectF(10, 10, 50, 30), {}, false);
     c->setSelection({id});
     tool(SelectTool);
-    const QPointF a = c->pageToScreen(QPointF(60, 40)), b = c->pageToScreen(QPointF(70, 55));
+    const QPointF a = c->pageToScreen(QPointF(60 + gap(), 40 + gap()));
+    const QPointF b = c->pageToScreen(QPointF(70 + gap(), 55 + gap()));
     c->mousePress(1, 0, a.x(), a.y());
     c->mouseMove(1, 0, b.x(), b.y());
     const ToolFeedback& shown = c->tools().feedback();

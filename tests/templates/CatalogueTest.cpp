@@ -162,9 +162,12 @@ TEST(BuiltInCatalogue, DoorsHaveTheStandardLeafWidthsInBothHands) {
             const Symbol& door = symbolOf(c, QStringLiteral("Standard Doors"), name);
             // The leaf standing open and its swing: a square of the leaf's width.
             EXPECT_EQ(door.extent().size(), QSizeF(width, width)) << name.toStdString();
-            ASSERT_EQ(door.parts.size(), 2u);
-            EXPECT_EQ(door.parts[1].kind, Part::Kind::Arc);
-            EXPECT_DOUBLE_EQ(door.parts[1].radius, width);
+            // Its mask through the wall from the wall line, the leaf, the swing.
+            ASSERT_EQ(door.parts.size(), 3u);
+            EXPECT_EQ(door.parts[0].kind, Part::Kind::Mask);
+            EXPECT_EQ(door.parts[0].box, QRectF(0, width, width, 0));
+            EXPECT_EQ(door.parts[2].kind, Part::Kind::Arc);
+            EXPECT_DOUBLE_EQ(door.parts[2].radius, width);
             const Symbol& framed =
                 symbolOf(c, QStringLiteral("Alt Standard Doors"), QStringLiteral("Framed ") + name);
             // Linings of 32 either side, 100 of wall below the swing.

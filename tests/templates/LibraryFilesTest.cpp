@@ -111,12 +111,14 @@ TEST_F(LibraryFiles, EverySymbolHasItsRealSizeAtEveryScale) {
             for (size_t i = 0; i < shapes.size(); ++i) {
                 const ShapeData& s = *shapes[i];
                 const Symbol& sym = lib.symbols[i];
-                const QRectF real = sym.extent();
+                const QRectF real = sym.extentAt(scale);
                 const QRectF page = s.box();
-                // Page geometry is rounded to whole millimetres: within one page millimetre.
-                EXPECT_LE(std::abs(page.width() * scale - real.width()), scale)
+                // Page geometry is rounded to whole millimetres: within one page
+                // millimetre, and the reach of a mask past both faces of its wall.
+                const double within = scale * (1 + 2 * library_page::MaskBleed);
+                EXPECT_LE(std::abs(page.width() * scale - real.width()), within)
                     << name.toStdString() << " " << sym.name.toStdString();
-                EXPECT_LE(std::abs(page.height() * scale - real.height()), scale)
+                EXPECT_LE(std::abs(page.height() * scale - real.height()), within)
                     << name.toStdString() << " " << sym.name.toStdString();
                 ++checked;
             }
@@ -130,13 +132,14 @@ TEST_F(LibraryFiles, DoorsAreAsWideAsTheirLeavesOnThePage) {
     const auto doors50 = load(QStringLiteral("Doors_50.pdr"));
     const ShapeData& d762 = *doors50->drawing().at(2);
     EXPECT_EQ(d762.name, QStringLiteral("Door 762 Left Hand"));
-    EXPECT_EQ(d762.box().size(), QSizeF(15, 15));
+    // The leaf and its swing, then the mask through the 3 mm wall of 1:50.
+    EXPECT_EQ(d762.box().size(), QSizeF(15, 15 + 3 + library_page::MaskBleed));
     const auto doors100 = load(QStringLiteral("Doors_100.pdr"));
     const ShapeData& d838 = *doors100->drawing().at(8);
     EXPECT_EQ(d838.name, QStringLiteral("Door 838 Right Hand"));
-    EXPECT_EQ(d838.box().size(), QSizeF(8, 8));
+    EXPECT_EQ(d838.box().size(), QSizeF(8, 8 + 3 + library_page::MaskBleed));
     const auto doors1 = load(QStringLiteral("Doors_1.pdr"));
-    EXPECT_EQ(doors1->drawing().at(4)->box().size(), QSizeF(926, 926));
+    EXPECT_EQ(doors1->drawing().at(4)->box().size(), QSizeF(926, 926 + 4 + library_page::MaskBleed));
     EXPECT_GE(doors1->drawing().state().page.width, 610 + 686 + 762 + 838 + 926);
 }
 
@@ -175,9 +178,12 @@ TEST_F(LibraryFiles, SymbolsSitInATidyGridOnThePage) {
                 EXPECT_TRUE(a.left() >= 0 && a.top() >= 0 && a.right() <= page.width &&
                             a.bottom() <= page.height)
                     << name.toStdString() << " " << shapes[i]->name.toStdString();
-                // Whole millimetres at the symbol's corner.
+                // Whole millimetres at the symbol's corner (or as far above it as a
+                // mask reaches past the face of its wall).
                 EXPECT_EQ(a.left(), std::round(a.left())) << shapes[i]->name.toStdString();
-                EXPECT_EQ(a.top(), std::round(a.top())) << shapes[i]->name.toStdString();
+                const double top = a.top() + library_page::MaskBleed;
+                EXPECT_TRUE(a.top() == std::round(a.top()) || top == std::round(top))
+                    << shapes[i]->name.toStdString();
                 for (size_t j = i + 1; j < shapes.size(); ++j)
                     EXPECT_FALSE(a.intersects(shapes[j]->box()))
                         << name.toStdString() << ": " << shapes[i]->name.toStdString() << " and "

@@ -6,6 +6,7 @@
 #include "canvas/api/POLARDraw.h"
 #include "canvas/api/ShapeObjects.h"
 #include "canvas/api/ViewObjects.h"
+#include "canvas/engine/ToolController.h"
 #include "ui/CanvasTextEditor.h"
 #include "ui/FormView.h"
 #include "ui/dialogs/LineDialog.h"
@@ -82,6 +83,36 @@ protected:
     }
     QVariantMap shape(int index) const { return canvas->describeShapes().at(index).toMap(); }
 };
+
+TEST_F(CanvasWidgetTest, AMiddleButtonDragPansThePageAndLeavesTheDrawingAlone) {
+    call(canvas->shapes(), "AddShape", {1, 10, 10, 60, 40});
+    const canvas::ShapeData before = *canvas->drawing().at(0);
+    canvas->setScroll(QPointF(20, 15));
+    // The page follows the pointer: 80 pixels right and 40 down bring the view's
+    // top-left corner that many pixels' worth of millimetres up and left.
+    mouse(QEvent::MouseButtonPress, QPoint(400, 300), Qt::MiddleButton, Qt::MiddleButton);
+    mouse(QEvent::MouseMove, QPoint(440, 320), Qt::NoButton, Qt::MiddleButton);
+    mouse(QEvent::MouseMove, QPoint(480, 340), Qt::NoButton, Qt::MiddleButton);
+    mouse(QEvent::MouseButtonRelease, QPoint(480, 340), Qt::MiddleButton, Qt::NoButton);
+    EXPECT_NEAR(canvas->viewGeometry().scroll.x(), 20 - 80 / Ppm, 1e-6);
+    EXPECT_NEAR(canvas->viewGeometry().scroll.y(), 15 - 40 / Ppm, 1e-6);
+    EXPECT_EQ(canvas->zoom(), 100);
+    EXPECT_EQ(canvas->drawing().at(0)->box(), before.box()); // nothing moved on the page
+    // A move after the release pans no more.
+    mouse(QEvent::MouseMove, QPoint(300, 200), Qt::NoButton, Qt::NoButton);
+    EXPECT_NEAR(canvas->viewGeometry().scroll.x(), 20 - 80 / Ppm, 1e-6);
+    // The wheel still scrolls, and with Ctrl it zooms.
+    const double y = canvas->viewGeometry().scroll.y();
+    QWheelEvent down(QPointF(400, 300), QPointF(area()->mapToGlobal(QPoint(400, 300))), QPoint(),
+                     QPoint(0, -120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(area(), &down);
+    EXPECT_GT(canvas->viewGeometry().scroll.y(), y);
+    EXPECT_EQ(canvas->zoom(), 100);
+    QWheelEvent zoomIn(QPointF(400, 300), QPointF(area()->mapToGlobal(QPoint(400, 300))), QPoint(),
+                       QPoint(0, 120), Qt::NoButton, Qt::ControlModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(area(), &zoomIn);
+    EXPECT_EQ(canvas->zoom(), 100 + CanvasWidget::WheelZoomStep);
+}
 
 TEST_F(CanvasWidgetTest, TellsTheCanvasItsScreenOriginAndSize) {
     EXPECT_EQ(canvas->viewGeometry().screenOrigin, area()->mapToGlobal(QPoint(0, 0)));
@@ -224,10 +255,15 @@ TEST_F(CanvasWidgetTest, PointerIsACrossWhileADrawingToolIsArmed) {
 TEST_F(CanvasWidgetTest, PointerOverASelectionHandleShowsTheSizingPointer) {
     call(canvas->shapes(), "AddShape", {1, 10, 10, 60, 40});
     canvas->setSelection({canvas->drawing().at(0)->id});
-    mouse(QEvent::MouseMove, px(60, 40), Qt::NoButton, Qt::NoButton);
+    // The handles stand a few pixels outside the outline.
+    const int gap = static_cast<int>(canvas::ToolController::HandleGapPx);
+    mouse(QEvent::MouseMove, px(60, 40) + QPoint(gap, gap), Qt::NoButton, Qt::NoButton);
     EXPECT_EQ(area()->cursor().shape(), Qt::SizeFDiagCursor);
-    mouse(QEvent::MouseMove, px(35, 10), Qt::NoButton, Qt::NoButton);
+    mouse(QEvent::MouseMove, px(35, 10) - QPoint(0, gap), Qt::NoButton, Qt::NoButton);
     EXPECT_EQ(area()->cursor().shape(), Qt::SizeVerCursor);
+    // On the outline itself the pointer stays the arrow: a drag there moves the shape.
+    mouse(QEvent::MouseMove, px(35, 10), Qt::NoButton, Qt::NoButton);
+    EXPECT_EQ(area()->cursor().shape(), Qt::ArrowCursor);
 }
 
 TEST_F(CanvasWidgetTest, TextToolOpensTheEditorAndCtrlEnterCommitsTheText) {

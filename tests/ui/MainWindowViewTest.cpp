@@ -1,6 +1,6 @@
 // The main window's view: its menu bar, pop-up menu, status bar, canvas
 // placeholders and layout, each checked against the frmMain model.
-#include "UiTestSupport.h"
+#include "MainWindowFixture.h"
 #include "canvas/api/POLARDraw.h"
 #include "core/install/Installer.h"
 #include "templates/Drawings.h"
@@ -20,25 +20,8 @@
 namespace tessaly::ui {
 namespace {
 
-using testing::TempHome;
-
-class MainWindowView : public ::testing::Test {
+class MainWindowView : public testing::MainWindowFixture {
 protected:
-    TempHome home;
-    // The home as the install step lays it out, libraries included.
-    bool installed = (install(home.home()), installDrawings(home.home()), true);
-    ScriptedUiPort port;
-    RecordingWaiter waiter;
-    Application app{port, waiter, home.home()};
-    Form& main = loadMain();
-    FormView view{main};
-
-    // The main window loads with the template folder the settings name.
-    Form& loadMain() {
-        app.gTemplateFolder = home.home().templateDir() + QLatin1Char('/');
-        return app.form(QStringLiteral("frmMain"));
-    }
-
     std::vector<Control*> menuEntries() const {
         std::vector<Control*> entries;
         for (const ControlPtr& c : main.controls())

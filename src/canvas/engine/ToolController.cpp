@@ -161,15 +161,33 @@ std::vector<QPointF> ToolController::handles() const {
     }
     const QRectF b = canvas_.boundsOf(sel);
     const QPointF c = b.center();
-    return {b.topLeft(),     QPointF(c.x(), b.top()),    b.topRight(),   QPointF(b.right(), c.y()),
-            b.bottomRight(), QPointF(c.x(), b.bottom()), b.bottomLeft(), QPointF(b.left(), c.y())};
+    const double g = HandleGapPx / canvas_.viewGeometry().pixelsPerMm();
+    return {QPointF(b.left() - g, b.top() - g),     QPointF(c.x(), b.top() - g),
+            QPointF(b.right() + g, b.top() - g),    QPointF(b.right() + g, c.y()),
+            QPointF(b.right() + g, b.bottom() + g), QPointF(c.x(), b.bottom() + g),
+            QPointF(b.left() - g, b.bottom() + g),  QPointF(b.left() - g, c.y())};
+}
+
+QPointF ToolController::handleAnchor(int index) const {
+    const std::vector<int>& sel = canvas_.selectedIds();
+    const std::vector<QPointF> h = handles();
+    if (index < 0 || index >= static_cast<int>(h.size()))
+        return {};
+    if (h.size() != 8)
+        return h[static_cast<size_t>(index)]; // a line's end is its own handle
+    const QRectF b = canvas_.boundsOf(sel);
+    const QPointF c = b.center();
+    const QPointF anchors[8] = {
+        b.topLeft(),     QPointF(c.x(), b.top()),    b.topRight(),   QPointF(b.right(), c.y()),
+        b.bottomRight(), QPointF(c.x(), b.bottom()), b.bottomLeft(), QPointF(b.left(), c.y())};
+    return anchors[index];
 }
 
 int ToolController::handleAt(const QPointF& p) const {
     const std::vector<QPointF> h = handles();
-    const double tol = tolerance() * 1.5;
+    const double reach = HandleReachPx / canvas_.viewGeometry().pixelsPerMm();
     for (size_t i = 0; i < h.size(); ++i)
-        if (std::fabs(h[i].x() - p.x()) <= tol && std::fabs(h[i].y() - p.y()) <= tol)
+        if (std::fabs(h[i].x() - p.x()) <= reach && std::fabs(h[i].y() - p.y()) <= reach)
             return static_cast<int>(i);
     return -1;
 }
@@ -212,6 +230,7 @@ void ToolController::pressSelect(int shift, const QPointF& p) {
     start_ = p;
     handle_ = handleAt(p);
     if (handle_ >= 0 && !movableSelection().empty()) {
+        grab_ = p - handleAnchor(handle_);
         gesture_ = Gesture::Resize;
         return;
     }
@@ -417,13 +436,16 @@ QPointF ToolController::moveOffset(const std::vector<int>& ids, const QPointF& p
 }
 
 bool ToolController::snapsPointer(Gesture g) {
-    return g == Gesture::Drag || g == Gesture::Link || g == Gesture::Resize || g == Gesture::EditPoint;
+    return g == Gesture::Drag || g == Gesture::Link || g == Gesture::EditPoint;
 }
 
 // --- sizing by the handles ------------------------------------------------
 
 std::function<void(ShapeData&)> ToolController::resizeEdit(const std::vector<int>& ids,
-                                                           const QPointF& p) const {
+                                                           const QPointF& pointer) const {
+    // The held point of the outline follows the pointer at the distance it
+    // was grabbed from, and snaps.
+    const QPointF p = snap(pointer - grab_);
     const Drawing& d = canvas_.drawing();
     const int handle = handle_;
     if (ids.size() == 1 && lineLike(d.find(ids[0])->type) && handle < 2) {
@@ -472,6 +494,9 @@ void ToolController::release(int button, int, const QPointF& mm) {
     const QPointF p = snapsPointer(g) ? snap(mm) : mm;
     gesture_ = Gesture::None;
     feedback_ = {};
+    // What the gesture showed (the rubber band, ghosts) goes from the screen,
+    // also when the release changes nothing else.
+    canvas_.requestRepaint();
     switch (g) {
     case Gesture::RubberBand:
         finishSelect(p);
@@ -615,7 +640,7 @@ void ToolController::cancelDrawing() {
 
 bool ToolController::key(int keyCode, int shift) {
     if (shift & shift_state::Ctrl)
-        return ctrlKey(keyCode);
+        return ctrlKey(keyCode, shift);
     switch (keyCode) {
     case key_code::Escape:
         return escapeKey();
@@ -635,11 +660,14 @@ bool ToolController::key(int keyCode, int shift) {
     }
 }
 
-// Ctrl with a key: undo, redo and the clipboard.
-bool ToolController::ctrlKey(int keyCode) {
+// Ctrl with a key: undo, redo and the clipboard. Ctrl+Shift+Z is redo, as Ctrl+Y.
+bool ToolController::ctrlKey(int keyCode, int shift) {
     switch (keyCode) {
     case key_code::Z:
-        canvas_.undo();
+        if (shift & shift_state::Shift)
+            canvas_.redo();
+        else
+            canvas_.undo();
         return true;
     case key_code::Y:
         canvas_.redo();

@@ -42,6 +42,13 @@ struct ToolFeedback {
 // the canvas's edit and event functions.
 class ToolController {
 public:
+    // Screen pixels between the outline of the selection and the centre of a
+    // side or corner handle: the handles stand outside the outline, so that a
+    // press on any line of the selected shapes moves them, however small.
+    static constexpr double HandleGapPx = 6.0;
+    // How near (screen pixels, each way) a press must come to a handle's centre to take it.
+    static constexpr double HandleReachPx = 4.0;
+
     explicit ToolController(POLARDraw& canvas) : canvas_(canvas) {}
 
     void setToolMode(int mode);
@@ -59,7 +66,8 @@ public:
 
     bool busy() const { return gesture_ != Gesture::None; }
     const ToolFeedback& feedback() const { return feedback_; }
-    // Handle positions (mm) of the selection: 8 around the box, or the two ends of a line.
+    // Handle positions (mm) of the selection: 8 around the box, outside it,
+    // or the two ends of a line.
     std::vector<QPointF> handles() const;
 
 private:
@@ -100,10 +108,12 @@ private:
     QPointF moveOffset(const std::vector<int>& ids, const QPointF& p) const;
     // True for the gestures whose pointer snaps to the grid and guides.
     static bool snapsPointer(Gesture g);
-    bool ctrlKey(int keyCode);
+    bool ctrlKey(int keyCode, int shift);
     bool escapeKey();
     ShapeData dragShape(const QPointF& p) const;
     ShapeData pointsShape(const std::vector<QPointF>& points) const;
+    // The point of the selection's outline (or line end) that handle `index` sizes.
+    QPointF handleAnchor(int index) const;
     // What dragging the held handle to `p` does to each of the shapes `ids`.
     std::function<void(ShapeData&)> resizeEdit(const std::vector<int>& ids, const QPointF& p) const;
     QPointF snap(const QPointF& p) const;
@@ -118,6 +128,7 @@ private:
     QPointF start_;
     QPointF current_;
     int handle_ = -1;
+    QPointF grab_; // from the held handle's point on the outline to the press
     int vertex_ = -1;
     int pickedId_ = 0;
     std::vector<QPointF> points_;

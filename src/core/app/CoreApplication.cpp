@@ -14,7 +14,10 @@ CoreApplication::CoreApplication(UiPort& uiPort, Waiter& w, AppHome appHome)
 CoreApplication::~CoreApplication() = default;
 
 QString CoreApplication::versionText() {
-    return QStringLiteral("%1.%2.%3").arg(TESSALY_VERSION_MAJOR).arg(TESSALY_VERSION_MINOR).arg(TESSALY_VERSION_PATCH);
+    return QStringLiteral("%1.%2.%3")
+        .arg(TESSALY_VERSION_MAJOR)
+        .arg(TESSALY_VERSION_MINOR)
+        .arg(TESSALY_VERSION_PATCH);
 }
 
 void CoreApplication::releaseInstanceLock() {
@@ -41,7 +44,8 @@ bool CoreApplication::Main() {
         clsRegistry gRegistry(machineSettings);
         auto read = [&](const char* name) {
             QString value;
-            gRegistry.GetRegValue(clsRegistry::HKEY_LOCAL_MACHINE, MachineKey, QString::fromLatin1(name), value);
+            gRegistry.GetRegValue(clsRegistry::HKEY_LOCAL_MACHINE, MachineKey, QString::fromLatin1(name),
+                                  value);
             return value;
         };
         gDatabaseLocation = read("DB_Location");
@@ -57,16 +61,23 @@ bool CoreApplication::Main() {
         Form& splash = form(QStringLiteral("frmSplash"));
         show(splash, false);
     } catch (const RuntimeError& e) {
-        ui.msgBox(QStringLiteral("An Error Occured In The Sub Main Process: %1 - %2").arg(e.number()).arg(e.description()),
+        ui.msgBox(QStringLiteral("An Error Occured In The Sub Main Process: %1 - %2")
+                      .arg(e.number())
+                      .arg(e.description()),
                   mb::Critical, AppTitle);
     }
+    // Main is over. With no window of the program left (Main failed before
+    // the splash), the process ends with it.
+    if (loadedForms().empty())
+        endProcess();
     return true;
 }
 
 void CoreApplication::registerNames() {
     auto text = [this](const char* name, QString& v) {
-        variable(QString::fromLatin1(name), [&v] { return QVariant(v); },
-                 [&v](const QVariant& x) { v = vb::toText(x); });
+        variable(
+            QString::fromLatin1(name), [&v] { return QVariant(v); },
+            [&v](const QVariant& x) { v = vb::toText(x); });
     };
     text("gDatabaseLocation", gDatabaseLocation);
     text("gConnectionString", gConnectionString);
@@ -78,15 +89,17 @@ void CoreApplication::registerNames() {
     text("gTemplateFolder", gTemplateFolder);
     text("gPlanFileName", gPlanFileName);
     auto i16 = [this](const char* name, int16_t& v) {
-        variable(QString::fromLatin1(name), [&v] { return QVariant(static_cast<int>(v)); },
-                 [&v](const QVariant& x) { v = vb::toInt16(x); });
+        variable(
+            QString::fromLatin1(name), [&v] { return QVariant(static_cast<int>(v)); },
+            [&v](const QVariant& x) { v = vb::toInt16(x); });
     };
     i16("gDefaultPageZoom", gDefaultPageZoom);
     i16("gTemplateZoom", gTemplateZoom);
     i16("gGridStep", gGridStep);
     auto i32 = [this](const char* name, int32_t& v) {
-        variable(QString::fromLatin1(name), [&v] { return QVariant(v); },
-                 [&v](const QVariant& x) { v = vb::toInt32(x); });
+        variable(
+            QString::fromLatin1(name), [&v] { return QVariant(v); },
+            [&v](const QVariant& x) { v = vb::toInt32(x); });
     };
     i32("gOpenSiteID", gOpenSiteID);
     i32("gBackupTicks", gBackupTicks);
@@ -94,7 +107,8 @@ void CoreApplication::registerNames() {
     i32("gGuideOriginY", gGuideOriginY);
     variable(QStringLiteral("gConnection"), [this] { return QVariant(connectionOpen_); });
 
-    routine(QStringLiteral("FileExists"), [](QVariantList& a) { return QVariant(common::FileExists(vb::toText(a.value(0)))); });
+    routine(QStringLiteral("FileExists"),
+            [](QVariantList& a) { return QVariant(common::FileExists(vb::toText(a.value(0)))); });
     routine(QStringLiteral("MinutesToTimeText"), [](QVariantList& a) {
         int16_t minutes = vb::toInt16(a.value(0));
         const QString t = common::MinutesToTimeText(minutes);
@@ -114,10 +128,12 @@ void CoreApplication::registerNames() {
             parts << vb::toText(v);
         return parts.join(QLatin1Char('|'));
     };
-    routine(QStringLiteral("ShowSaveDialog"),
-            [this, joinFilter](QVariantList& a) { return QVariant(common::ShowSaveDialog(*this, joinFilter(a))); });
-    routine(QStringLiteral("ShowOpenDialog"),
-            [this, joinFilter](QVariantList& a) { return QVariant(common::ShowOpenDialog(*this, joinFilter(a))); });
+    routine(QStringLiteral("ShowSaveDialog"), [this, joinFilter](QVariantList& a) {
+        return QVariant(common::ShowSaveDialog(*this, joinFilter(a)));
+    });
+    routine(QStringLiteral("ShowOpenDialog"), [this, joinFilter](QVariantList& a) {
+        return QVariant(common::ShowOpenDialog(*this, joinFilter(a)));
+    });
     routine(QStringLiteral("ShowColourDialog"), [this](QVariantList& a) {
         uint32_t colour = static_cast<uint32_t>(vb::toDouble(a.value(0)));
         return QVariant(static_cast<qint64>(common::ShowColourDialog(*this, colour)));

@@ -1,5 +1,7 @@
 #include "templates/library/Catalogue.h"
 
+#include "templates/ScaleTable.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -46,6 +48,7 @@ QRectF Part::extent() const {
     case Kind::Rect:
     case Kind::Ellipse:
     case Kind::Text:
+    case Kind::Mask:
         return box.normalized();
     case Kind::Arc:
         return boundsOf(arcPoints(centre, radius));
@@ -54,11 +57,18 @@ QRectF Part::extent() const {
     }
 }
 
+QRectF Part::extentAt(int scale) const {
+    QRectF e = extent();
+    if (kind == Kind::Mask)
+        e.setHeight(std::max(e.height(), static_cast<double>(widestWall(scale)) * scale));
+    return e;
+}
+
 Part Part::mirrored(double axis) const {
     Part m = *this;
     for (QPointF& p : m.points)
         p.setX(2 * axis - p.x());
-    if (kind == Kind::Rect || kind == Kind::Ellipse || kind == Kind::Text) {
+    if (kind == Kind::Rect || kind == Kind::Ellipse || kind == Kind::Text || kind == Kind::Mask) {
         const QRectF b = box.normalized();
         m.box = QRectF(QPointF(2 * axis - b.right(), b.top()), QPointF(2 * axis - b.left(), b.bottom()));
     }
@@ -74,9 +84,19 @@ QRectF Symbol::extent() const {
     QRectF r;
     bool first = true;
     for (const Part& p : parts) {
+        if (p.kind == Part::Kind::Mask)
+            continue;
         r = first ? p.extent() : unite(r, p.extent());
         first = false;
     }
+    return r;
+}
+
+QRectF Symbol::extentAt(int scale) const {
+    QRectF r = extent();
+    for (const Part& p : parts)
+        if (p.kind == Part::Kind::Mask)
+            r = r.isNull() ? p.extentAt(scale) : unite(r, p.extentAt(scale));
     return r;
 }
 

@@ -21,10 +21,13 @@ struct PartStyle {
 
 // One part of a symbol, in real-world millimetres, x to the right and y down.
 struct Part {
-    enum class Kind { Line, Rect, Ellipse, Arc, Polygon, Polyline, Text };
+    // A Mask is the opening of a door or window through its wall: filled with
+    // the page colour, without outline, under the symbol's lines, as deep as
+    // its box or as the widest wall of the drawing scale, whichever is more.
+    enum class Kind { Line, Rect, Ellipse, Arc, Polygon, Polyline, Text, Mask };
     Kind kind = Kind::Line;
     std::vector<QPointF> points; // Line: two ends; Polygon and Polyline: the corners
-    QRectF box;                  // Rect, Ellipse, Text
+    QRectF box;                  // Rect, Ellipse, Text, Mask (its least depth)
     QPointF centre;              // Arc
     double radius = 0;           // Arc
     double startDeg = 0;         // Arc: start angle, clockwise from east (y runs down)
@@ -34,8 +37,10 @@ struct Part {
 
     // The corners of an arc drawn as a polyline through points on its circle.
     std::vector<QPointF> arcPoints(const QPointF& centre, double radius) const;
-    // The part's extent in real millimetres (line weights ignored).
+    // The part's extent in real millimetres (line weights ignored; a mask at its least depth).
     QRectF extent() const;
+    // The same at a drawing scale: a mask as deep as it is drawn there.
+    QRectF extentAt(int scale) const;
     // The part reflected about the vertical line x = axis.
     Part mirrored(double axis) const;
 };
@@ -44,8 +49,10 @@ struct Part {
 struct Symbol {
     QString name; // also the name of its shape (a group when it has several parts)
     std::vector<Part> parts;
-    // The symbol's real size: the union of its parts' extents.
+    // The symbol's real size: the union of its drawn parts' extents, masks left out.
     QRectF extent() const;
+    // What the symbol covers at a drawing scale, its masks included.
+    QRectF extentAt(int scale) const;
 };
 
 // A library file: its symbols, laid out on a page.

@@ -362,6 +362,15 @@ private:
             const auto v = numbers(l, n, vars);
             for (int i = 0; i < n; i += 2)
                 p.points.emplace_back(v[i], v[i + 1]);
+        } else if (cmd == QLatin1String("mask")) {
+            const auto v = numbers(l, 4, vars);
+            p.kind = Part::Kind::Mask;
+            p.box = QRectF(v[0], v[1], v[2], v[3]);
+            if (p.box.width() <= 0 || p.box.height() < 0)
+                fault(QStringLiteral("a mask needs a width and a depth of 0 or more"));
+            if (l.tokens.size() > 5)
+                fault(QStringLiteral("a mask takes no options"));
+            optionsAt = 5;
         } else if (cmd == QLatin1String("text")) {
             const auto v = numbers(l, 4, vars);
             if (l.tokens.size() < 6 || !l.tokens[5].quoted)

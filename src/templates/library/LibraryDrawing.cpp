@@ -3,6 +3,7 @@
 #include "canvas/api/POLARDraw.h"
 #include "canvas/model/Geometry.h"
 #include "canvas/model/ShapeTypes.h"
+#include "templates/ScaleTable.h"
 
 #include <QHash>
 #include <algorithm>
@@ -67,6 +68,7 @@ public:
     }
     QRectF box(const QRectF& r) const { return QRectF(point(r.topLeft()), point(r.bottomRight())); }
     double length(double mm) const { return toPage(mm, scale_); }
+    int scale() const { return scale_; }
 
 private:
     QPointF real_;
@@ -81,7 +83,27 @@ void setBox(ShapeData& s, const QRectF& b) {
     s.bottom = b.bottom();
 }
 
+// A mask on the page: the opening across its width, as deep as the widest
+// wall of the scale or its own depth, whichever is more, and reaching a
+// little past both faces of the wall so that no edge of the wall shows.
+ShapeData maskOf(const Part& part, const PagePlacement& at, StyleCache& styles) {
+    ShapeData s;
+    PartStyle none;
+    none.fill = QColor(Qt::white);
+    s.style = styles.get(none);
+    s.type = shape_type::Rectangle;
+    s.setFlag(shape_flag::Filled, true);
+    s.setFlag(shape_flag::Stroked, false);
+    const QPointF top = at.point(part.box.topLeft());
+    const double depth = std::max(at.length(part.box.height()), static_cast<double>(widestWall(at.scale())));
+    setBox(s, QRectF(QPointF(top.x(), top.y() - library_page::MaskBleed),
+                     QPointF(at.point(part.box.topRight()).x(), top.y() + depth + library_page::MaskBleed)));
+    return s;
+}
+
 ShapeData shapeOf(const Part& part, const PagePlacement& at, StyleCache& styles) {
+    if (part.kind == Part::Kind::Mask)
+        return maskOf(part, at, styles);
     ShapeData s;
     s.style = styles.get(part.style);
     const bool filled = part.style.fill.has_value();
@@ -125,6 +147,8 @@ ShapeData shapeOf(const Part& part, const PagePlacement& at, StyleCache& styles)
         s.setFlag(shape_flag::Filled, filled && part.kind == Part::Kind::Polygon);
         break;
     }
+    case Part::Kind::Mask:
+        break; // drawn by maskOf
     }
     return s;
 }
@@ -144,7 +168,7 @@ LibraryLayout layoutLibrary(const Library& library, int scale) {
     // Each column is as wide as its widest symbol, each row as high as its highest.
     std::vector<int> columnWidth(static_cast<size_t>(columns), MinCell);
     for (int i = 0; i < n; ++i) {
-        const QRectF e = library.symbols[static_cast<size_t>(i)].extent();
+        const QRectF e = library.symbols[static_cast<size_t>(i)].extentAt(scale);
         sizes.emplace_back(toPage(e.width(), scale), toPage(e.height(), scale));
         int& w = columnWidth[static_cast<size_t>(i % columns)];
         w = std::max(w, sizes.back().width());
@@ -186,11 +210,14 @@ std::shared_ptr<canvas::POLARDraw> buildLibraryDrawing(const Library& library, i
     StyleCache styles;
     for (size_t i = 0; i < library.symbols.size(); ++i) {
         const Symbol& sym = library.symbols[i];
-        const PagePlacement at(sym.extent().topLeft(), layout.origins[i], drawScale);
+        const PagePlacement at(sym.extentAt(drawScale).topLeft(), layout.origins[i], drawScale);
         std::vector<int> ids;
         ids.reserve(sym.parts.size());
-        for (const Part& part : sym.parts)
-            ids.push_back(draw->insertNewShape(shapeOf(part, at, styles)));
+        // The masks first, so that every line of the symbol lies over them.
+        for (const bool masks : {true, false})
+            for (const Part& part : sym.parts)
+                if ((part.kind == Part::Kind::Mask) == masks)
+                    ids.push_back(draw->insertNewShape(shapeOf(part, at, styles)));
         const int id = ids.size() > 1 ? draw->groupShapes(ids) : ids.front();
         draw->editShapes({id}, [&](ShapeData& s) { s.name = sym.name; });
     }

@@ -19,6 +19,9 @@ constexpr int MinCell = 12;   // a cell is at least this wide and high, so tiny 
 constexpr int MinWidth = 295; // the page is never smaller than A4 landscape
 constexpr int MinHeight = 210;
 constexpr int ArrowSize = 2; // length of arrow heads (direction of travel, sliding leaves)
+// How far (page mm) a mask reaches past each face of the wall, so that the
+// smoothed edge of the wall does not show as a faint line across the opening.
+constexpr double MaskBleed = 0.5;
 } // namespace library_page
 
 // Real millimetres to page millimetres at `scale`: divided, then rounded to

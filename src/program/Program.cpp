@@ -3,6 +3,8 @@
 #include "core/install/Installer.h"
 #include "core/script/CoreCommands.h"
 #include "core/script/ScriptRegistry.h"
+#include "output/colour/ColourOutput.h"
+#include "output/mail/Mail.h"
 #include "templates/Drawings.h"
 #include "workspace/Application.h"
 #include "workspace/WorkspaceScript.h"
@@ -12,15 +14,20 @@ namespace tessaly::program {
 void installHome(const AppHome& home) {
     install(home);
     installDrawings(home);
+    installMail(home);
 }
 
 std::unique_ptr<Application> makeApplication(UiPort& ui, Waiter& waiter, AppHome home) {
-    return std::make_unique<Application>(ui, waiter, std::move(home));
+    auto app = std::make_unique<Application>(ui, waiter, std::move(home));
+    registerMail(*app);
+    registerColourOutput(*app);
+    return app;
 }
 
 void addScriptCommands(script::Registry& registry) {
     script::addCoreCommands(registry);
     addWorkspaceScriptCommands(registry);
+    addMailScriptCommands(registry);
 }
 
 script::Program scriptProgram() {

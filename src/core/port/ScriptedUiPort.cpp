@@ -149,4 +149,27 @@ void ScriptedUiPort::notify(const QString& event, const QVariantMap& fields) {
     emitEvent(o);
 }
 
+SpellChoice ScriptedUiPort::spellDialog(const SpellQuery& query) {
+    SpellChoice choice;
+    std::optional<QVariant> answer;
+    if (takeAnswer(QStringLiteral("spell"), answer) && answer) {
+        const QString text = answer->toString();
+        if (text.compare(QLatin1String("ignore"), Qt::CaseInsensitive) == 0)
+            choice.action = SpellChoice::Action::Ignore;
+        else if (text.compare(QLatin1String("cancel"), Qt::CaseInsensitive) != 0) {
+            choice.action = SpellChoice::Action::Replace;
+            choice.replacement = text;
+        }
+    }
+    QString result = QStringLiteral("cancel");
+    if (choice.action == SpellChoice::Action::Ignore)
+        result = QStringLiteral("ignore");
+    else if (choice.action == SpellChoice::Action::Replace)
+        result = choice.replacement;
+    notify(QStringLiteral("spell"), {{QStringLiteral("word"), query.word},
+                                     {QStringLiteral("suggestions"), query.suggestions},
+                                     {QStringLiteral("result"), result}});
+    return choice;
+}
+
 } // namespace tessaly

@@ -52,6 +52,10 @@ public:
     void printed(const QString& what) override;
     void processEnded() override;
     void notify(const QString& event, const QVariantMap& fields) override;
+    // Answered from the "spell" queue: a replacement word, "ignore" or
+    // "cancel"; with nothing queued the check is cancelled. Reported as a
+    // "spell" event with the word, its suggestions and the result.
+    SpellChoice spellDialog(const SpellQuery& query) override;
 
 private:
     void emitEvent(const QJsonObject& o) const {

@@ -5,6 +5,7 @@
 #include "ViewUnits.h"
 #include "core/files/FileSystem.h"
 #include "core/forms/ApplicationBase.h"
+#include "dialogs/SpellDialog.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -271,6 +272,12 @@ void QtUiPort::printed(const QString&) {
 void QtUiPort::processEnded() {
     // Queued, so that the end also holds when the event loop has not started yet.
     QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+}
+
+SpellChoice QtUiPort::spellDialog(const SpellQuery& query) {
+    SpellDialog dialog(query, activeWindow());
+    dialog.exec();
+    return dialog.choice();
 }
 
 } // namespace tessaly::ui

@@ -47,6 +47,7 @@ public:
     void unloadForm(Form& form) override;
     void printed(const QString& what) override;
     void processEnded() override;
+    SpellChoice spellDialog(const SpellQuery& query) override;
 
 private:
     FormView& ensureView(Form& form);

@@ -63,17 +63,20 @@ private:
             ++stats_.filled;
             --x;
         }
-        int left;
-        if (x >= s.left) {
-            x = skip(line, x + 1, s.right);
-            left = x;
-        } else {
-            left = x + 1;
+        int left = x + 1;
+        // The run that reaches left from s.left, if any, goes on to the right
+        // below; otherwise the first run inside s is looked for.
+        bool inRun = x < s.left;
+        if (inRun) {
             if (left < s.left)
                 push(y, left, s.left - 1, -s.dy);
             x = s.left + 1;
+        } else {
+            x = skip(line, x + 1, s.right);
+            left = x;
+            inRun = x <= s.right;
         }
-        while (x <= s.right) {
+        while (inRun) {
             while (x < width_ && inside(line, x)) {
                 line[x] = fill_;
                 ++stats_.filled;
@@ -84,6 +87,7 @@ private:
                 push(y, s.right + 1, x - 1, -s.dy);
             x = skip(line, x + 1, s.right);
             left = x;
+            inRun = x <= s.right;
         }
     }
 

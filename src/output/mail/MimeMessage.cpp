@@ -126,6 +126,34 @@ QStringList mailboxes(InternetAddressList* list, QStringList& malformed) {
     return out;
 }
 
+// The recipients of one address header. A header that GMime cannot read
+// whole is read part by part, so that each text that is no address is named.
+void recipientsOf(const char* header, Envelope& envelope) {
+    const QString text = QString::fromUtf8(header).trimmed();
+    if (text.isEmpty())
+        return;
+    Owned<InternetAddressList> whole(internet_address_list_parse(nullptr, header));
+    QStringList bad;
+    const QStringList good = mailboxes(whole.get(), bad);
+    if (whole && internet_address_list_length(whole.get()) > 0 && bad.isEmpty()) {
+        envelope.recipients << good;
+        return;
+    }
+    static const QRegularExpression separators(QStringLiteral("[,;]"));
+    for (const QString& part : text.split(separators, Qt::SkipEmptyParts)) {
+        const QString trimmed = part.trimmed();
+        if (trimmed.isEmpty())
+            continue;
+        Owned<InternetAddressList> one(internet_address_list_parse(nullptr, trimmed.toUtf8().constData()));
+        QStringList oneBad;
+        const QStringList oneGood = mailboxes(one.get(), oneBad);
+        if (!one || oneGood.isEmpty() || !oneBad.isEmpty())
+            envelope.malformed << trimmed;
+        else
+            envelope.recipients << oneGood;
+    }
+}
+
 } // namespace
 
 bool isAddress(const QString& text) {
@@ -197,8 +225,8 @@ Envelope readEnvelope(const QByteArray& mime) {
     QStringList badSenders;
     const QStringList senders = mailboxes(g_mime_message_get_from(message.get()), badSenders);
     envelope.from = senders.value(0);
-    Owned<InternetAddressList> recipients(g_mime_message_get_all_recipients(message.get()));
-    envelope.recipients = mailboxes(recipients.get(), envelope.malformed);
+    for (const char* header : {"To", "Cc", "Bcc"})
+        recipientsOf(g_mime_object_get_header(GMIME_OBJECT(message.get()), header), envelope);
     if (const char* subject = g_mime_message_get_subject(message.get()))
         envelope.subject = QString::fromUtf8(subject);
     return envelope;

@@ -2,6 +2,7 @@
 
 #include "MimeMessage.h"
 #include "Outbox.h"
+#include "core/app/CoreApplication.h"
 #include "core/script/ScriptRegistry.h"
 #include "core/script/ScriptRunner.h"
 
@@ -37,6 +38,19 @@ void addMailScriptCommands(script::Registry& registry) {
         run.ui().queueAnswer(QStringLiteral("spell"), value.is("cancel") && !value.quoted
                                                           ? std::optional<QVariant>()
                                                           : std::optional<QVariant>(value.text));
+    });
+    // print delivery: waits for the delivery run and gives each message's
+    // subject and whether it was delivered (the reasons go to the error log).
+    registry.printForm(QStringLiteral("delivery"), 0, [](script::Runner& run, const script::Tokens&) {
+        QVariantList none;
+        QJsonArray out;
+        for (const QVariant& outcome : run.app().call(QStringLiteral("WaitForDelivery"), none).toList()) {
+            const QVariantMap map = outcome.toMap();
+            out << QJsonObject{
+                {QStringLiteral("subject"), map.value(QStringLiteral("subject")).toString()},
+                {QStringLiteral("delivered"), map.value(QStringLiteral("delivered")).toBool()}};
+        }
+        return QJsonValue(out);
     });
     // print outbox: the subjects of the messages waiting and of those sent.
     registry.printForm(QStringLiteral("outbox"), 0, [](script::Runner& run, const script::Tokens&) {

@@ -92,26 +92,26 @@ frmColourFill::frmColourFill(Application& app)
 
 void frmColourFill::buildLayout() {
     setCaption(QStringLiteral("Colour Fill"));
-    constexpr int InnerWidth = 19080;
+    constexpr int InnerWidth = 19200;
     constexpr int InnerHeight = 12600;
     setSize(InnerWidth + 120, InnerHeight + 480, InnerWidth, InnerHeight);
     Option1.setCaption(QStringLiteral("Colour An Area"));
     Option1.setProp(QStringLiteral("Value"), 1);
-    Option1.move(120, 240, 1920, 300);
+    Option1.move(120, 240, 2640, 300);
     Option2.setCaption(QStringLiteral("Colour A Single Point"));
-    Option2.move(120, 600, 1920, 300);
+    Option2.move(120, 600, 2640, 300);
     cmdChoseColour.setCaption(QStringLiteral("Select Colour"));
-    cmdChoseColour.move(120, 1080, 1920, 420);
+    cmdChoseColour.move(120, 1080, 2640, 420);
     lblcolour.setCaption(QStringLiteral("Selected Fill Colour"));
     lblcolour.setProp(QStringLiteral("Alignment"), 2);
     lblcolour.setBackColor(StartColour);
-    lblcolour.move(120, 1620, 1920, 480);
+    lblcolour.move(120, 1620, 2640, 480);
     cmdSave.setCaption(QStringLiteral("Save And Close Window"));
-    cmdSave.move(120, 2400, 1920, 480);
+    cmdSave.move(120, 2400, 2640, 480);
     cmdCancel.setCaption(QStringLiteral("Cancel And Close"));
-    cmdCancel.move(120, 3000, 1920, 480);
+    cmdCancel.move(120, 3000, 2640, 480);
     Picture1.setBackColor(PictureBack);
-    constexpr int PictureLeft = 2160;
+    constexpr int PictureLeft = 2880;
     Picture1.move(PictureLeft, 0, InnerWidth - (PictureLeft + RightGap), InnerHeight - BottomGap);
 }
 

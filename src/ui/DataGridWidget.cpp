@@ -3,6 +3,7 @@
 #include "core/db/DataGridModel.h"
 #include "core/forms/DataBinding.h"
 
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QSignalBlocker>
@@ -46,10 +47,17 @@ ControlWidget makeDataGrid(Control& control, QWidget* parent, ViewSink& sink) {
     view->setSelectionMode(QAbstractItemView::SingleSelection);
     view->setEditTriggers(QAbstractItemView::NoEditTriggers);
     view->verticalHeader()->setDefaultSectionSize(view->fontMetrics().height() + 6);
-    // A click on a row moves the data control's cursor there.
+    // A click on a row moves the data control's cursor there, also onto the
+    // row it stands on already: the move is reported all the same. The
+    // arrow keys move it to the row they reach.
+    QObject::connect(view, &QAbstractItemView::pressed, view, [model, &sink](const QModelIndex& index) {
+        if (index.isValid())
+            sink.userInput([&] { model->setCurrentRow(index.row()); });
+    });
     QObject::connect(view->selectionModel(), &QItemSelectionModel::currentRowChanged, view,
                      [model, &sink](const QModelIndex& current) {
-                         if (current.isValid() && current.row() != model->currentRow())
+                         if (QGuiApplication::mouseButtons() == Qt::NoButton && current.isValid() &&
+                             current.row() != model->currentRow())
                              sink.userInput([&] { model->setCurrentRow(current.row()); });
                      });
     QObject::connect(model, &db::DataGridModel::currentRowChanged, view, [view](int row) {

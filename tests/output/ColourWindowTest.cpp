@@ -166,8 +166,8 @@ TEST_P(ColourWindow, TheResizeRule) {
     openPlan(QStringLiteral("12 Mill Lane"), QStringLiteral("Ground Floor"), false);
     window->setSize(20000, 14000, 19000, 13000);
     window->raiseFormEvent(QStringLiteral("Resize"));
-    EXPECT_EQ(window->Picture1.geometry(), QRect(2160, 0, 19000 - (2160 + 25), 13000 - 20));
-    EXPECT_GE(surface().image().width(), (19000 - 2185) / Twips);
+    EXPECT_EQ(window->Picture1.geometry(), QRect(2880, 0, 19000 - (2880 + 25), 13000 - 20));
+    EXPECT_GE(surface().image().width(), (19000 - 2905) / Twips);
 }
 
 TEST_P(ColourWindow, SaveWritesTheThreeColouredFilesAndMarksThePlan) {

@@ -45,7 +45,9 @@ SpellDialog::SpellDialog(const SpellQuery& query, QWidget* parent)
     context_->setHtml(contextHtml(query));
     context_->setFixedHeight(context_->fontMetrics().lineSpacing() * ContextLines + 12);
     grid->addWidget(context_, 1, 0, 1, 2);
-    grid->addWidget(new QLabel(tr("Change &to:"), this), 2, 0);
+    auto* changeTo = new QLabel(tr("Change &to:"), this);
+    changeTo->setBuddy(replacement_);
+    grid->addWidget(changeTo, 2, 0);
     replacement_->setObjectName(QStringLiteral("replacement"));
     replacement_->setText(query.suggestions.value(0, query.word));
     grid->addWidget(replacement_, 2, 1);

@@ -6,10 +6,10 @@
 #include "core/forms/DataBinding.h"
 #include "core/runtime/ResumeNext.h"
 #include "core/runtime/Vb.h"
+#include "output/Automation.h"
 #include "output/mail/Packer.h"
 #include "output/spell/VSSpell.h"
 #include "workspace/Application.h"
-#include "workspace/LateBound.h"
 
 #include <QVariantMap>
 
@@ -191,17 +191,17 @@ void frmEmail::registerMembers() {
 
 void frmEmail::Form_Load() {
     AutoPtr data = RS1.inner;
-    late::set(data, "ConnectionString", ConnectionStart + app_.gDatabaseLocation + ConnectionEnd);
-    late::set(data, "RecordSource", SitesSource);
-    late::call(data, "Refresh");
+    automation::set(data, "ConnectionString", ConnectionStart + app_.gDatabaseLocation + ConnectionEnd);
+    automation::set(data, "RecordSource", SitesSource);
+    automation::call(data, "Refresh");
     app_.sleep(WaitAfterRefresh);
     Loaded = true;
 }
 
 void frmEmail::Form_Activate() {
-    const int columns = vb::toInt32(late::get(G1.inner, "ColumnCount"));
+    const int columns = vb::toInt32(automation::get(G1.inner, "ColumnCount"));
     for (int i = 0; i < columns; ++i)
-        late::call(G1.inner, "AutoSize", {i});
+        automation::call(G1.inner, "AutoSize", {i});
 }
 
 void frmEmail::RS1_MoveComplete() {
@@ -292,11 +292,12 @@ void frmEmail::cmdSend_Click() {
     }
     // Step 4: the step that fails when the mail program is missing.
     step([&] { mailProgram = createObject(app_, MailProgramClass); });
-    step([&] { mailItem = toObject(late::call(mailProgram, "CreateItem", {MailItem})); });
+    step([&] { mailItem = toObject(automation::call(mailProgram, "CreateItem", {MailItem})); });
     // Steps 5 and 6.
-    step([&] { late::call(late::object(mailItem, "Recipients"), "Add", {txtRecipients.text()}); });
-    step([&] { late::set(mailItem, "Subject", txtSubject.text()); });
-    step([&] { late::set(mailItem, "Body", txtToSend.text()); });
+    step(
+        [&] { automation::call(automation::object(mailItem, "Recipients"), "Add", {txtRecipients.text()}); });
+    step([&] { automation::set(mailItem, "Subject", txtSubject.text()); });
+    step([&] { automation::set(mailItem, "Body", txtToSend.text()); });
     // Step 7.
     step([&] { fs::mkDir(app_.gTempFileStore); });
     step([&] { app_.sleep(WaitAfterFolder); });
@@ -310,7 +311,8 @@ void frmEmail::cmdSend_Click() {
         });
         step([&] {
             if (common::FileExists(path))
-                late::call(fileSystem, "CopyFile", {path, app_.gTempFileStore + QLatin1Char('\\'), true});
+                automation::call(fileSystem, "CopyFile",
+                                 {path, app_.gTempFileStore + QLatin1Char('\\'), true});
         });
     };
     for (int i = 0; i < List1.listCount() && !leave; ++i) {
@@ -346,17 +348,18 @@ void frmEmail::cmdSend_Click() {
     step([&] { app_.sleep(WaitForPacker); });
     // Step 12.
     step([&] {
-        late::call(late::object(mailItem, "Attachments"), "Add", {app_.gTempFileStore + ArchiveName});
+        automation::call(automation::object(mailItem, "Attachments"), "Add",
+                         {app_.gTempFileStore + ArchiveName});
     });
     // Step 13.
-    step([&] { late::call(mailItem, "Send"); });
+    step([&] { automation::call(mailItem, "Send"); });
     step([&] { mailItem.reset(); });
     step([&] { app_.sleep(WaitAfterSend); });
     step([&] { mailProgram.reset(); });
     // Step 14.
     step([&] { app_.ui.msgBox(InOutbox, mb::Information, AppTitle); });
     // Step 15.
-    step([&] { late::call(fileSystem, "DeleteFolder", {app_.gTempFileStore, false}); });
+    step([&] { automation::call(fileSystem, "DeleteFolder", {app_.gTempFileStore, false}); });
     step([&] { fileSystem.reset(); });
     step([&] { app_.unload(*this); });
 }

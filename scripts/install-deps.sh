@@ -13,6 +13,8 @@ PACKAGES=(
   libsqlite3-dev sqlite3 libzip-dev zip unzip
   # spelling
   libhunspell-dev hunspell-en-gb hunspell-en-us
+  # mail: MIME messages, SMTP delivery, and a real SMTP server for the tests
+  libgmime-3.0-dev libcurl4-openssl-dev python3-aiosmtpd
   # fonts metric-compatible with Arial, for text on plans
   fonts-liberation2
   # multi-page, compressed TIFF export (Qt's TIFF plugin writes one page only)

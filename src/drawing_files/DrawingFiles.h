@@ -13,8 +13,4 @@ class Application;
 // backup by the main window's timer, picture import and the image converter.
 void registerDrawingFiles(Application& app);
 
-// Its part of the script driver: `mouse NAME ACTION BUTTON X Y [SHIFT]`,
-// mouse input to a control that is not a drawing canvas.
-void addDrawingFilesScriptCommands(script::Registry& registry);
-
 } // namespace tessaly

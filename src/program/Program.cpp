@@ -5,6 +5,8 @@
 #include "core/script/ScriptRegistry.h"
 #include "drawing_files/DrawingFiles.h"
 #include "output/Output.h"
+#include "output/colour/ColourOutput.h"
+#include "output/mail/Mail.h"
 #include "schedule/ScheduleScript.h"
 #include "templates/Drawings.h"
 #include "workspace/Application.h"
@@ -15,11 +17,14 @@ namespace tessaly::program {
 void installHome(const AppHome& home) {
     install(home);
     installDrawings(home);
+    installMail(home);
 }
 
 std::unique_ptr<Application> makeApplication(UiPort& ui, Waiter& waiter, AppHome home) {
     auto app = std::make_unique<Application>(ui, waiter, std::move(home));
     registerOutput(*app);
+    registerMail(*app);
+    registerColourOutput(*app);
     registerDrawingFiles(*app);
     return app;
 }
@@ -27,9 +32,9 @@ std::unique_ptr<Application> makeApplication(UiPort& ui, Waiter& waiter, AppHome
 void addScriptCommands(script::Registry& registry) {
     script::addCoreCommands(registry);
     addWorkspaceScriptCommands(registry);
-    addOutputScriptCommands(registry);
-    addDrawingFilesScriptCommands(registry);
     schedule::addScheduleScriptCommands(registry);
+    addOutputScriptCommands(registry);
+    addMailScriptCommands(registry);
 }
 
 script::Program scriptProgram() {

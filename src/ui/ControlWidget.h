@@ -56,6 +56,10 @@ ControlWidget makeDriveList(Control& control, QWidget* parent, ViewSink& sink);
 ControlWidget makeDirList(Control& control, QWidget* parent, ViewSink& sink);
 ControlWidget makeFrame(Control& control, QWidget* parent, ViewSink& sink);
 ControlWidget makePictureBox(Control& control, QWidget* parent, ViewSink& sink);
+// A picture box with a paint surface shows it (PaintSurfaceWidget.cpp); any other is makePictureBox's.
+ControlWidget makePictureBoxView(Control& control, QWidget* parent, ViewSink& sink);
+// A grid bound to a data control of its form (DataGridWidget.cpp); a placeholder without one.
+ControlWidget makeDataGrid(Control& control, QWidget* parent, ViewSink& sink);
 ControlWidget makePlaceholder(Control& control, QWidget* parent, ViewSink& sink);
 ControlWidget makeStatusBar(Control& control, QWidget* parent, ViewSink& sink);
 ControlWidget makeTabStrip(Control& control, QWidget* parent, ViewSink& sink);

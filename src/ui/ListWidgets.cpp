@@ -38,6 +38,22 @@ template <class ListWidget> void syncItems(ListWidget* widget, const Control& co
     widget->addItems(itemsOf(control));
 }
 
+// The list style with a tick box at each item.
+constexpr int CheckBoxList = 1;
+
+bool tickBoxes(const Control& control) {
+    return control.kind() == ControlKind::ListBox &&
+           control.prop(QStringLiteral("Style")).toInt() == CheckBoxList;
+}
+
+void showTicks(QListWidget* list, const Control& control) {
+    for (int i = 0; i < list->count() && i < control.listCount(); ++i) {
+        QListWidgetItem* item = list->item(i);
+        item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
+        item->setCheckState(control.selected(i) ? Qt::Checked : Qt::Unchecked);
+    }
+}
+
 bool editableCombo(const Control& control) {
     return control.hasProp(QStringLiteral("Style")) &&
            control.prop(QStringLiteral("Style")).toInt() == DropdownCombo;
@@ -82,6 +98,13 @@ ControlWidget makeComboBox(Control& control, QWidget* parent, ViewSink& sink) {
 
 ControlWidget makeListBox(Control& control, QWidget* parent, ViewSink& sink) {
     auto* list = new QListWidget(parent);
+    // A list with a tick box at each item: a tick sets the item's Selected.
+    QObject::connect(list, &QListWidget::itemChanged, list, [list, &control, &sink](QListWidgetItem* item) {
+        const int row = list->row(item);
+        const bool on = item->checkState() == Qt::Checked;
+        if (row >= 0 && row < control.listCount() && control.selected(row) != on)
+            sink.userInput([&] { control.setSelected(row, on); });
+    });
     QObject::connect(list, &QListWidget::currentRowChanged, list, [&control, &sink](int row) {
         if (row >= 0)
             sink.userInput([&] { control.setListIndex(row); });
@@ -96,6 +119,8 @@ ControlWidget makeListBox(Control& control, QWidget* parent, ViewSink& sink) {
             syncItems(list, control);
         if (wants(p, "List") || wants(p, "ListIndex"))
             list->setCurrentRow(control.listIndex());
+        if (tickBoxes(control) && (wants(p, "List") || wants(p, "Selected")))
+            showTicks(list, control);
     };
     return made;
 }

@@ -6,6 +6,7 @@
 #include "core/files/FileSystem.h"
 #include "core/forms/ApplicationBase.h"
 #include "reports/ReportViewer.h"
+#include "dialogs/SpellDialog.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -296,6 +297,12 @@ void QtUiPort::printed(const QString&) {
 void QtUiPort::processEnded() {
     // Queued, so that the end also holds when the event loop has not started yet.
     QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+}
+
+SpellChoice QtUiPort::spellDialog(const SpellQuery& query) {
+    SpellDialog dialog(query, activeWindow());
+    dialog.exec();
+    return dialog.choice();
 }
 
 } // namespace tessaly::ui

@@ -51,6 +51,7 @@ public:
     void showReport(const std::shared_ptr<ReportDocument>& report, bool modal) override;
     // The report viewers that are open.
     QList<QWidget*> reportViewers() const;
+    SpellChoice spellDialog(const SpellQuery& query) override;
 
 private:
     FormView& ensureView(Form& form);

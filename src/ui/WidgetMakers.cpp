@@ -14,10 +14,10 @@ std::map<ControlKind, WidgetMaker>& makers() {
         {ControlKind::CheckBox, makeCheckBox},   {ControlKind::OptionButton, makeOptionButton},
         {ControlKind::ComboBox, makeComboBox},   {ControlKind::ListBox, makeListBox},
         {ControlKind::DriveList, makeDriveList}, {ControlKind::DirList, makeDirList},
-        {ControlKind::Frame, makeFrame},         {ControlKind::PictureBox, makePictureBox},
+        {ControlKind::Frame, makeFrame},         {ControlKind::PictureBox, makePictureBoxView},
         {ControlKind::StatusBar, makeStatusBar}, {ControlKind::TabStrip, makeTabStrip},
         {ControlKind::Slider, makeSlider},       {ControlKind::Timer, makeTimer},
-        {ControlKind::Canvas, makeCanvas},       {ControlKind::Grid, makePlaceholder},
+        {ControlKind::Canvas, makeCanvas},       {ControlKind::Grid, makeDataGrid},
         {ControlKind::Schedule, makeSchedule},   {ControlKind::DataControl, makePlaceholder},
     };
     return table;

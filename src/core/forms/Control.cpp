@@ -34,6 +34,9 @@ bool is(const QString& a, const char* b) {
     return a.compare(QLatin1String(b), Qt::CaseInsensitive) == 0;
 }
 
+// The Style of a list box that shows a tick box at each item.
+constexpr int CheckBoxListStyle = 1;
+
 bool captioned(ControlKind k) {
     return k == ControlKind::Label || k == ControlKind::CommandButton || k == ControlKind::CheckBox ||
            k == ControlKind::OptionButton || k == ControlKind::Frame || k == ControlKind::Menu;
@@ -231,6 +234,7 @@ void Control::setListIndex(int i) {
 void Control::addItem(const QString& item) {
     items_.push_back(item);
     itemData_.emplace_back(0);
+    selected_.push_back(false);
     if (onChanged)
         onChanged(QStringLiteral("List"));
 }
@@ -240,6 +244,7 @@ void Control::removeItem(int i) {
         raiseError(5);
     items_.erase(items_.begin() + i);
     itemData_.erase(itemData_.begin() + i);
+    selected_.erase(selected_.begin() + i);
     if (onChanged)
         onChanged(QStringLiteral("List"));
 }
@@ -247,6 +252,7 @@ void Control::removeItem(int i) {
 void Control::clear() {
     items_.clear();
     itemData_.clear();
+    selected_.clear();
     props_.insert(QStringLiteral("ListIndex"), -1);
     if (kind_ == ControlKind::ComboBox)
         props_.insert(QStringLiteral("Text"), QString());
@@ -264,6 +270,24 @@ void Control::setItemData(int i, const QVariant& data) {
     if (i < 0 || i >= listCount())
         raiseError(381, QStringLiteral("Invalid property array index"));
     itemData_[static_cast<size_t>(i)] = data;
+}
+
+bool Control::selected(int i) const {
+    if (i < 0 || i >= listCount())
+        raiseError(381, QStringLiteral("Invalid property array index"));
+    return selected_[static_cast<size_t>(i)];
+}
+
+void Control::setSelected(int i, bool on) {
+    if (i < 0 || i >= listCount())
+        raiseError(381, QStringLiteral("Invalid property array index"));
+    if (selected_[static_cast<size_t>(i)] == on)
+        return;
+    selected_[static_cast<size_t>(i)] = on;
+    if (onChanged)
+        onChanged(QStringLiteral("Selected"));
+    if (prop(QStringLiteral("Style")).toInt() == CheckBoxListStyle)
+        fire(QStringLiteral("ItemCheck"), {i});
 }
 
 QString Control::panelText(int panel) const {
@@ -299,6 +323,8 @@ QVariant Control::get(const QString& name, const QVariantList& index) {
         return itemData(vb::toInt32(index.value(0)));
     if (is(name, "NewIndex"))
         return newIndex();
+    if (is(name, "Selected") && (kind_ == ControlKind::ListBox || kind_ == ControlKind::ComboBox))
+        return selected(vb::toInt32(index.value(0)));
     if (is(name, "Panels")) {
         if (index.isEmpty())
             return panelCount();
@@ -323,6 +349,8 @@ void Control::set(const QString& name, const QVariant& value, const QVariantList
     }
     if (is(name, "ItemData"))
         return setItemData(vb::toInt32(index.value(0)), value);
+    if (is(name, "Selected") && (kind_ == ControlKind::ListBox || kind_ == ControlKind::ComboBox))
+        return setSelected(vb::toInt32(index.value(0)), vb::toBool(value));
     for (auto it = props_.constBegin(); it != props_.constEnd(); ++it)
         if (is(name, it.key().toLatin1().constData())) {
             const QString key = it.key();
@@ -380,7 +408,8 @@ QStringList Control::memberNames() const {
     names << QStringLiteral("Text") << QStringLiteral("Name") << QStringLiteral("Index");
     if (kind_ == ControlKind::ComboBox || kind_ == ControlKind::ListBox)
         names << QStringLiteral("List") << QStringLiteral("ListCount") << QStringLiteral("ItemData")
-              << QStringLiteral("AddItem") << QStringLiteral("Clear") << QStringLiteral("RemoveItem");
+              << QStringLiteral("Selected") << QStringLiteral("AddItem") << QStringLiteral("Clear")
+              << QStringLiteral("RemoveItem");
     if (kind_ == ControlKind::StatusBar)
         names << QStringLiteral("Panels");
     if (inner)

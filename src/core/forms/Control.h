@@ -99,6 +99,10 @@ public:
     void clear();
     QVariant itemData(int i) const;
     void setItemData(int i, const QVariant& data);
+    // Whether an item is selected; in a list with tick boxes (Style 1), ticked.
+    // Setting it on such a list fires ItemCheck with the item's index.
+    bool selected(int i) const;
+    void setSelected(int i, bool on);
     int newIndex() const { return listCount() - 1; }
     const std::vector<QString>& items() const { return items_; }
 
@@ -138,6 +142,7 @@ private:
     QVariantMap props_;
     std::vector<QString> items_;
     std::vector<QVariant> itemData_;
+    std::vector<bool> selected_;
     std::vector<QString> panels_;
     Control* parentMenu_ = nullptr;
 };

@@ -160,4 +160,27 @@ void ScriptedUiPort::showReport(const std::shared_ptr<ReportDocument>& report, b
                {QStringLiteral("modal"), modal}});
 }
 
+SpellChoice ScriptedUiPort::spellDialog(const SpellQuery& query) {
+    SpellChoice choice;
+    std::optional<QVariant> answer;
+    if (takeAnswer(QStringLiteral("spell"), answer) && answer) {
+        const QString text = answer->toString();
+        if (text.compare(QLatin1String("ignore"), Qt::CaseInsensitive) == 0)
+            choice.action = SpellChoice::Action::Ignore;
+        else if (text.compare(QLatin1String("cancel"), Qt::CaseInsensitive) != 0) {
+            choice.action = SpellChoice::Action::Replace;
+            choice.replacement = text;
+        }
+    }
+    QString result = QStringLiteral("cancel");
+    if (choice.action == SpellChoice::Action::Ignore)
+        result = QStringLiteral("ignore");
+    else if (choice.action == SpellChoice::Action::Replace)
+        result = choice.replacement;
+    notify(QStringLiteral("spell"), {{QStringLiteral("word"), query.word},
+                                     {QStringLiteral("suggestions"), query.suggestions},
+                                     {QStringLiteral("result"), result}});
+    return choice;
+}
+
 } // namespace tessaly

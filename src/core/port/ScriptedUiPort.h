@@ -53,6 +53,10 @@ public:
     void processEnded() override;
     void notify(const QString& event, const QVariantMap& fields) override;
     void showReport(const std::shared_ptr<ReportDocument>& report, bool modal) override;
+    // Answered from the "spell" queue: a replacement word, "ignore" or
+    // "cancel"; with nothing queued the check is cancelled. Reported as a
+    // "spell" event with the word, its suggestions and the result.
+    SpellChoice spellDialog(const SpellQuery& query) override;
 
 private:
     void emitEvent(const QJsonObject& o) const {

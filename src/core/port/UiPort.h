@@ -42,6 +42,22 @@ struct FileDialogRequest {
     QString initialDir;  // folder the dialog starts in
 };
 
+// What the spelling dialog shows: a word the dictionary does not know, with
+// its place in the text being checked, and the dictionary's suggestions.
+struct SpellQuery {
+    QString word;
+    QStringList suggestions;
+    QString text;     // the whole text being checked, as it stands now
+    int position = 0; // where the word starts in it
+};
+
+// What the user chose in the spelling dialog.
+struct SpellChoice {
+    enum class Action { Replace, Ignore, Cancel };
+    Action action = Action::Cancel;
+    QString replacement; // the word put in its place, for Replace
+};
+
 // Everything Tessaly's logic asks of the desktop. The Qt implementation shows
 // real dialogs; the scripted one answers from a queue and records each call.
 class UiPort {
@@ -75,6 +91,12 @@ public:
     virtual void printed(const QString& what) = 0;
     // The process has ended.
     virtual void processEnded() = 0;
+    // The spelling dialog for one unknown word: replace it, ignore it, or
+    // cancel the rest of the check. A port without the dialog cancels.
+    virtual SpellChoice spellDialog(const SpellQuery& query) {
+        (void)query;
+        return {};
+    }
     // Something the program did that a script follows (a message put in the
     // outbox, an archive packed): the scripted port reports it as an event
     // line with these fields; the desktop has nothing to show for it.

@@ -10,6 +10,7 @@
 #include "core/script/ScriptJson.h"
 #include "core/script/ScriptRegistry.h"
 #include "core/script/ScriptRunner.h"
+#include "core/script/SetupCommands.h"
 #include "core/settings/SettingsStore.h"
 
 #include <QCryptographicHash>
@@ -210,7 +211,54 @@ void raiseEvent(Runner& run, const Tokens& t) {
     c.form().raiseEvent(c, event, args);
 }
 
+// The events of the three mouse actions.
+QString mouseEvent(const QString& action) {
+    if (action == QLatin1String("press"))
+        return QStringLiteral("MouseDown");
+    if (action == QLatin1String("move"))
+        return QStringLiteral("MouseMove");
+    if (action == QLatin1String("release"))
+        return QStringLiteral("MouseUp");
+    throw LineError(QStringLiteral("unknown mouse action '%1': press, move or release").arg(action));
+}
+
+double number(const Token& t) {
+    bool ok = false;
+    const double value = t.text.toDouble(&ok);
+    if (!ok)
+        throw LineError(QStringLiteral("'%1' is not a number").arg(t.text));
+    return value;
+}
+
+int whole(const Token& t) {
+    const double value = number(t);
+    if (value != static_cast<int>(value))
+        throw LineError(QStringLiteral("'%1' is not a whole number").arg(t.text));
+    return static_cast<int>(value);
+}
+
+// mouse NAME ACTION BUTTON X Y [SHIFT]: MouseDown, MouseMove or MouseUp of a
+// control (a picture box, a list box) with the platform's button and shift
+// values (1 left, 2 right, 4 middle; 1 Shift, 2 Ctrl, 4 Alt) and X and Y in
+// the control's scale units.
+void mouse(Runner& run, const Tokens& t) {
+    if (t.size() < 6 || t.size() > 7)
+        throw LineError(
+            QStringLiteral("mouse needs a name, an action, a button, X and Y, and may take a shift value"));
+    Control& c = run.resolveControl(t[1].text);
+    if (c.kind() == ControlKind::Canvas)
+        throw LineError(QStringLiteral("'%1' is a drawing canvas: use canvas").arg(t[1].text));
+    const QString event = mouseEvent(t[2].text.toLower());
+    run.requireInput(c.form(), c.fullName());
+    if (!c.enabled())
+        return;
+    EventArgs args{whole(t[3]), t.size() > 6 ? whole(t[6]) : 0, static_cast<float>(number(t[4])),
+                   static_cast<float>(number(t[5]))};
+    c.form().raiseEvent(c, event, args);
+}
+
 void addInput(Registry& r) {
+    r.command(QStringLiteral("mouse"), mouse);
     r.command(QStringLiteral("click"), click);
     r.command(QStringLiteral("dblclick"), dblclick);
     r.command(QStringLiteral("type"), type);
@@ -364,6 +412,7 @@ void addCoreCommands(Registry& r) {
     addInput(r);
     addPrintForms(r);
     addPortEvents(r);
+    addSetupCommands(r);
 }
 
 } // namespace tessaly::script

@@ -3,6 +3,8 @@
 #include "core/install/Installer.h"
 #include "core/script/CoreCommands.h"
 #include "core/script/ScriptRegistry.h"
+#include "drawing_files/ProjectSave.h"
+#include "projects/Projects.h"
 #include "templates/Drawings.h"
 #include "workspace/Application.h"
 #include "workspace/WorkspaceScript.h"
@@ -15,7 +17,10 @@ void installHome(const AppHome& home) {
 }
 
 std::unique_ptr<Application> makeApplication(UiPort& ui, Waiter& waiter, AppHome home) {
-    return std::make_unique<Application>(ui, waiter, std::move(home));
+    auto app = std::make_unique<Application>(ui, waiter, std::move(home));
+    registerProjectSave(*app);
+    registerProjects(*app);
+    return app;
 }
 
 void addScriptCommands(script::Registry& registry) {

@@ -212,6 +212,8 @@ void FormView::applyShared(Control& c, QWidget* w, const QString& p) {
         showCurrentTab(c);
     if (wants(p, "Enabled"))
         w->setEnabled(c.enabled());
+    if (p == QLatin1String("ZOrder"))
+        w->raise();
     if (wants(p, "ToolTipText"))
         w->setToolTip(c.toolTipText());
     if (wants(p, "BackColor") || wants(p, "ForeColor"))

@@ -10,7 +10,6 @@
 #include "projects/ProjectsModule.h"
 #include "projects/frmNew.h"
 #include "workspace/Application.h"
-#include "workspace/LateBound.h"
 
 namespace tessaly {
 
@@ -202,8 +201,10 @@ void frmClientSites::QuerySitesOfClient() {
 
 void frmClientSites::clearSchedule() {
     // The planner's schedule, where the planner tab holds one.
-    if (Control* schedule = find(QStringLiteral("ctSchedule1")); schedule && schedule->inner)
-        late::call(schedule->inner, "ClearAll");
+    if (Control* schedule = find(QStringLiteral("ctSchedule1")); schedule && schedule->inner) {
+        QVariantList none;
+        schedule->call(QStringLiteral("ClearAll"), none);
+    }
 }
 
 void frmClientSites::cmdViewClient_Click() {

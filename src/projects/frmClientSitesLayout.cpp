@@ -146,7 +146,7 @@ void frmClientSites::buildSiteTab() {
         const int boxLeft = place.column == 0 ? LeftBoxLeft : RightBoxLeft;
         Control& label = add(ControlKind::Label, QStringLiteral("lblSiteDetails"), i);
         label.setCaption(QString::fromLatin1(place.label));
-        label.move(labelLeft, top + 30, LabelWidth, BoxHeight);
+        label.move(labelLeft, top + 45, LabelWidth, BoxHeight);
         placeOnTab(label, SiteTab);
         Control& box = add(ControlKind::TextBox, QStringLiteral("txtSiteDetails"), i);
         txtSiteDetails_[static_cast<size_t>(i)] = &box;

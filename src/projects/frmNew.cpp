@@ -90,7 +90,7 @@ void frmNew::buildLayout() {
         if (b.label) {
             Control& label = add(ControlKind::Label, QStringLiteral("lblClient"), i);
             label.setCaption(QString::fromLatin1(b.label));
-            label.move(Margin, top + 30, LabelWidth, BoxHeight);
+            label.move(Margin, top + 45, LabelWidth, BoxHeight);
         }
         Control& box = add(ControlKind::TextBox, QStringLiteral("txtClient"), i);
         txtClient_[static_cast<size_t>(i)] = &box;

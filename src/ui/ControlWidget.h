@@ -61,5 +61,7 @@ ControlWidget makeStatusBar(Control& control, QWidget* parent, ViewSink& sink);
 ControlWidget makeTabStrip(Control& control, QWidget* parent, ViewSink& sink);
 ControlWidget makeSlider(Control& control, QWidget* parent, ViewSink& sink);
 ControlWidget makeTimer(Control& control, QWidget* parent, ViewSink& sink);
+// A data grid bound to its data control (DataGridWidget.cpp).
+ControlWidget makeDataGrid(Control& control, QWidget* parent, ViewSink& sink);
 
 } // namespace tessaly::ui

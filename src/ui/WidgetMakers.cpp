@@ -16,7 +16,7 @@ std::map<ControlKind, WidgetMaker>& makers() {
         {ControlKind::Frame, makeFrame},          {ControlKind::PictureBox, makePictureBox},
         {ControlKind::StatusBar, makeStatusBar},  {ControlKind::TabStrip, makeTabStrip},
         {ControlKind::Slider, makeSlider},        {ControlKind::Timer, makeTimer},
-        {ControlKind::Canvas, makeCanvas},        {ControlKind::Grid, makePlaceholder},
+        {ControlKind::Canvas, makeCanvas},        {ControlKind::Grid, makeDataGrid},
         {ControlKind::Schedule, makePlaceholder}, {ControlKind::DataControl, makePlaceholder},
     };
     return table;

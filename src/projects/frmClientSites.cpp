@@ -164,10 +164,15 @@ void frmClientSites::FillClientCombo() {
         const int address = rs.FieldOrdinal(QStringLiteral("Address"));
         const int postCode = rs.FieldOrdinal(QStringLiteral("PostCode"));
         const int id = rs.FieldOrdinal(QStringLiteral("ClientID"));
-        const QString separator = QStringLiteral(", ");
+        const QLatin1String separator(", ");
         while (!rs.EOF_()) {
-            cboCilent.addItem(vb::toText(rs.value(client)) + separator + vb::toText(rs.value(address)) +
-                              separator + vb::toText(rs.value(postCode)));
+            const QString name = vb::toText(rs.value(client));
+            const QString street = vb::toText(rs.value(address));
+            const QString code = vb::toText(rs.value(postCode));
+            QString line;
+            line.reserve(name.size() + street.size() + code.size() + 2 * separator.size());
+            line.append(name).append(separator).append(street).append(separator).append(code);
+            cboCilent.addItem(line);
             cboCilent.setItemData(cboCilent.newIndex(), rs.value(id));
             rs.MoveNext();
         }

@@ -7,6 +7,10 @@
 
 namespace tessaly {
 
+namespace script {
+class Registry;
+}
+
 class Application;
 
 // Saving a plan into its project: SaveProjectOutputs with its six uses, and
@@ -39,5 +43,10 @@ void SavePlanFile(const AutoPtr& canvas, const QString& logicPath, int format);
 // "OpenProject", "SaveToProjectAs", "Email", "Unload" or "Colour", by default
 // the whole sequence with no trap), and the three menu commands of frmMain.
 void registerProjectSave(Application& app);
+
+// The script driver's `print errorlog` (the lines of ErrorLog.Log without
+// their times), `print exists "PATH"` (whether FileExists finds the file) and
+// `print samefile "A" "B"` (whether two files hold the same bytes).
+void addProjectSaveScriptCommands(script::Registry& registry);
 
 } // namespace tessaly

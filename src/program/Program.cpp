@@ -26,6 +26,7 @@ std::unique_ptr<Application> makeApplication(UiPort& ui, Waiter& waiter, AppHome
 void addScriptCommands(script::Registry& registry) {
     script::addCoreCommands(registry);
     addWorkspaceScriptCommands(registry);
+    addProjectSaveScriptCommands(registry);
 }
 
 script::Program scriptProgram() {

@@ -21,6 +21,8 @@
 #include "workspace/Application.h"
 #include "workspace/frmMain.h"
 
+#include "../support/LargeProjectData.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -36,7 +38,7 @@ using namespace tessaly;
 namespace {
 
 constexpr int ClientCount = 100000;
-constexpr int SitesPerClient = 3;
+using tessaly::bench::SitesPerClient;
 constexpr int PlanCount = 30000;
 constexpr int PlansPerSite = 3;    // the first sites have plans, three each
 constexpr int PlanShapes = 100000; // shapes of the plan that the save writes
@@ -51,30 +53,8 @@ void fill(const QString& path) {
         db.open();
         QSqlQuery q(db);
         q.exec(QStringLiteral("BEGIN"));
-        q.prepare(
-            QStringLiteral("INSERT INTO Clients (Client, Address, Area, Town, County, PostCode, Email, Tel, "
-                           "Contact) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)"));
-        for (int i = 1; i <= ClientCount; ++i) {
-            for (const QString& v :
-                 {QStringLiteral("Client %1").arg(i), QStringLiteral("%1 High Street").arg(i),
-                  QStringLiteral("Area"), QStringLiteral("Truro"), QStringLiteral("Cornwall"),
-                  QStringLiteral("TR%1 1AA").arg(i % 30), QStringLiteral("c%1@example.com").arg(i),
-                  QStringLiteral("01872 %1").arg(i), QStringLiteral("Contact %1").arg(i)})
-                q.addBindValue(v);
-            q.exec();
-        }
-        q.prepare(
-            QStringLiteral("INSERT INTO Sites (ClientID, Site, Address, Town, PostCode, Comments) VALUES "
-                           "(?, ?, ?, ?, ?, ?)"));
-        for (int i = 0; i < ClientCount * SitesPerClient; ++i) {
-            q.addBindValue(1 + i / SitesPerClient);
-            q.addBindValue(QStringLiteral("Site %1").arg(i));
-            q.addBindValue(QStringLiteral("%1 Low Road").arg(i));
-            q.addBindValue(QStringLiteral("Truro"));
-            q.addBindValue(QStringLiteral("TR1 2BB"));
-            q.addBindValue(QStringLiteral("Comments of site %1").arg(i));
-            q.exec();
-        }
+        tessaly::bench::addClients(q, ClientCount);
+        tessaly::bench::addSites(q, ClientCount);
         q.prepare(QStringLiteral("INSERT INTO SitePlans (SiteID, PlanDescription) VALUES (?, ?)"));
         for (int i = 0; i < PlanCount; ++i) {
             q.addBindValue(1 + i / PlansPerSite);

@@ -160,6 +160,8 @@ private:
     void cmdImportCancel_Click();
     void cmdImportOK_Click();
     void cmdDeleteDrawing_Click();
+    // A SitePlans row of the site on show; gOpenSiteID takes its SiteID back.
+    void addPlanRow(const QString& description);
     void addStamps(bool portrait);
     void addStamp(const QString& text, int left, int top, int right, int bottom);
     void applyDrawingScale();

@@ -110,28 +110,24 @@ void frmClientSites::cmdOk_Click() {
     CreateNewPlan();
 }
 
-void frmClientSites::AddPlanRow() {
+void frmClientSites::addPlanRow(const QString& description) {
     db::Recordset& rs = projects::newSharedRecordset(app_);
     rs.Open(QStringLiteral("SELECT * FROM SitePlans;"), projects::sharedConnection(app_), db::adOpenDynamic,
             db::adLockOptimistic, db::adCmdText);
     rs.AddNew();
     rs.Fields(QStringLiteral("SiteID")) = CurrentSiteID;
     app_.gOpenSiteID = vb::toInt32(rs.Fields(QStringLiteral("SiteID")).Value());
-    rs.Fields(QStringLiteral("PlanDescription")) = txtPlanDesc.text();
+    rs.Fields(QStringLiteral("PlanDescription")) = description;
     rs.Update();
     rs.Close();
 }
 
+void frmClientSites::AddPlanRow() {
+    addPlanRow(txtPlanDesc.text());
+}
+
 void frmClientSites::AddImportedPlanRow() {
-    db::Recordset& rs = projects::newSharedRecordset(app_);
-    rs.Open(QStringLiteral("SELECT * FROM SitePlans;"), projects::sharedConnection(app_), db::adOpenDynamic,
-            db::adLockOptimistic, db::adCmdText);
-    rs.AddNew();
-    rs.Fields(QStringLiteral("SiteID")) = CurrentSiteID;
-    app_.gOpenSiteID = vb::toInt32(rs.Fields(QStringLiteral("SiteID")).Value());
-    rs.Fields(QStringLiteral("PlanDescription")) = txtImportName.text();
-    rs.Update();
-    rs.Close();
+    addPlanRow(txtImportName.text());
 }
 
 void frmClientSites::addStamp(const QString& text, int left, int top, int right, int bottom) {

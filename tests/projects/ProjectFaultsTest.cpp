@@ -16,6 +16,30 @@
 namespace tessaly::projects::test {
 namespace {
 
+// Another program writing to the database file: it holds the write lock
+// from its making to its end.
+class WriteLock {
+public:
+    explicit WriteLock(const QString& path) {
+        QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), Name);
+        other.setDatabaseName(path);
+        held_ = other.open() && QSqlQuery(other).exec(QStringLiteral("BEGIN IMMEDIATE"));
+    }
+    ~WriteLock() {
+        {
+            QSqlDatabase other = QSqlDatabase::database(Name);
+            QSqlQuery(other).exec(QStringLiteral("ROLLBACK"));
+            other.close();
+        }
+        QSqlDatabase::removeDatabase(Name);
+    }
+    bool held() const { return held_; }
+
+private:
+    static inline const QString Name = QStringLiteral("holder");
+    bool held_ = false;
+};
+
 class ProjectFaults : public ProjectsTest {
 protected:
     QStringList runTimeErrors() { return takeBoxes().filter(QStringLiteral("Run-time error")); }
@@ -80,12 +104,8 @@ TEST_P(ProjectFaults, ALockedDatabaseGivesTheErrorBoxAndTheWindowGoesOn) {
     click(m.cmdNewClient);
     type(clientWindow().txtClient(0), QStringLiteral("Harbour Homes"));
     {
-        // Another program writing: it holds the write lock.
-        QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("holder"));
-        other.setDatabaseName(databasePath());
-        ASSERT_TRUE(other.open());
-        QSqlQuery hold(other);
-        ASSERT_TRUE(hold.exec(QStringLiteral("BEGIN IMMEDIATE")));
+        const WriteLock lock(databasePath());
+        ASSERT_TRUE(lock.held());
         takeBoxes();
         click(clientWindow().cmdSaveClient);
         const QStringList shown = runTimeErrors();
@@ -93,11 +113,7 @@ TEST_P(ProjectFaults, ALockedDatabaseGivesTheErrorBoxAndTheWindowGoesOn) {
         EXPECT_TRUE(shown[0].startsWith(QLatin1String("Run-time error '-2147467259':")))
             << shown[0].toStdString();
         EXPECT_TRUE(isLoaded("frmNew"));
-        ASSERT_TRUE(hold.exec(QStringLiteral("ROLLBACK")));
-        hold.finish();
-        other.close();
     }
-    QSqlDatabase::removeDatabase(QStringLiteral("holder"));
     EXPECT_EQ(rows(QStringLiteral("SELECT * FROM Clients")).size(), 0);
     // The lock gone, the same press stores the client once.
     click(clientWindow().cmdSaveClient);
@@ -119,19 +135,12 @@ TEST_P(ProjectFaults, ASiteSavedWhileTheDatabaseIsLockedIsSavedByTheNextPress) {
     click(m.cmdSiteDetailButton(frmClientSites::EditSite));
     type(m.txtSiteDetails(2), QStringLiteral("Penryn"));
     {
-        QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("holder"));
-        other.setDatabaseName(databasePath());
-        ASSERT_TRUE(other.open());
-        QSqlQuery hold(other);
-        ASSERT_TRUE(hold.exec(QStringLiteral("BEGIN IMMEDIATE")));
+        const WriteLock lock(databasePath());
+        ASSERT_TRUE(lock.held());
         takeBoxes();
         click(m.cmdSiteDetailButton(frmClientSites::SaveSite));
         EXPECT_EQ(runTimeErrors().size(), 1);
-        ASSERT_TRUE(hold.exec(QStringLiteral("ROLLBACK")));
-        hold.finish();
-        other.close();
     }
-    QSqlDatabase::removeDatabase(QStringLiteral("holder"));
     EXPECT_TRUE(rows(QStringLiteral("SELECT Town FROM Sites"))[0].value(QStringLiteral("Town")).isNull());
     // The edit is still pending and Save is still there to press.
     EXPECT_TRUE(m.cmdSiteDetailButton(frmClientSites::SaveSite).enabled());

@@ -123,36 +123,33 @@ int ProjectsTest::addClient(const QString& name, const QString& address, const Q
     return db::test::addClient(connectionString(), name, address, postCode);
 }
 
-int ProjectsTest::addSite(int client, const QString& site, const QString& address, const QString& postCode) {
+int addRow(const QString& connectionString, const QString& table, const QString& keyField,
+           const QVariantMap& fields) {
     db::Connection c;
-    c.Open(connectionString());
+    c.Open(connectionString);
     db::Recordset rs;
-    rs.Open(QStringLiteral("SELECT * FROM Sites;"), c, db::adOpenDynamic, db::adLockOptimistic,
+    rs.Open(QStringLiteral("SELECT * FROM %1;").arg(table), c, db::adOpenDynamic, db::adLockOptimistic,
             db::adCmdText);
     rs.AddNew();
-    rs.Fields(QStringLiteral("ClientID")) = client;
-    rs.Fields(QStringLiteral("Site")) = site;
-    rs.Fields(QStringLiteral("Address")) = address;
-    rs.Fields(QStringLiteral("PostCode")) = postCode;
+    for (auto it = fields.begin(); it != fields.end(); ++it)
+        rs.Fields(it.key()) = it.value();
     rs.Update();
-    const int id = rs.Fields(QStringLiteral("SiteID")).Value().toInt();
+    const int key = keyField.isEmpty() ? 0 : rs.Fields(keyField).Value().toInt();
     rs.Close();
-    return id;
+    return key;
+}
+
+int ProjectsTest::addSite(int client, const QString& site, const QString& address, const QString& postCode) {
+    return addRow(connectionString(), QStringLiteral("Sites"), QStringLiteral("SiteID"),
+                  {{QStringLiteral("ClientID"), client},
+                   {QStringLiteral("Site"), site},
+                   {QStringLiteral("Address"), address},
+                   {QStringLiteral("PostCode"), postCode}});
 }
 
 int ProjectsTest::addPlan(int site, const QString& description) {
-    db::Connection c;
-    c.Open(connectionString());
-    db::Recordset rs;
-    rs.Open(QStringLiteral("SELECT * FROM SitePlans;"), c, db::adOpenDynamic, db::adLockOptimistic,
-            db::adCmdText);
-    rs.AddNew();
-    rs.Fields(QStringLiteral("SiteID")) = site;
-    rs.Fields(QStringLiteral("PlanDescription")) = description;
-    rs.Update();
-    const int id = rs.Fields(QStringLiteral("PlanID")).Value().toInt();
-    rs.Close();
-    return id;
+    return addRow(connectionString(), QStringLiteral("SitePlans"), QStringLiteral("PlanID"),
+                  {{QStringLiteral("SiteID"), site}, {QStringLiteral("PlanDescription"), description}});
 }
 
 QList<QVariantMap> ProjectsTest::rows(const QString& sql) const {

@@ -20,6 +20,11 @@ class frmNew;
 
 namespace tessaly::projects::test {
 
+// A row added through the program's own idiom (open the table, AddNew, the
+// fields, Update); returns the value of `keyField`, 0 when none is named.
+int addRow(const QString& connectionString, const QString& table, const QString& keyField,
+           const QVariantMap& fields);
+
 // Tessaly started on a fresh, installed home, with its project database on
 // the engine of the test's parameter: the home's own SQLite file, or a schema
 // of its own on the loopback PostgreSQL server. The UI port's calls are kept,

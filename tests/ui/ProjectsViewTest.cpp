@@ -4,6 +4,7 @@
 // the site's plans that moves its data control, sorts by a column and walks
 // by the keyboard. With TESSALY_SHOT_DIR set each tab and panel is saved as a
 // picture, "projects-*.png", for a look.
+#include "ProjectsFixture.h"
 #include "UiTestSupport.h"
 #include "core/db/Ado.h"
 #include "core/db/Connection.h"
@@ -51,20 +52,8 @@ protected:
                QStringLiteral(";Persist Security Info=False;");
     }
 
-    // A row added through the program's own idiom; returns its key.
     int addRow(const QString& table, const QString& keyField, const QVariantMap& fields) {
-        db::Connection c;
-        c.Open(connection());
-        db::Recordset rs;
-        rs.Open(QStringLiteral("SELECT * FROM %1;").arg(table), c, db::adOpenDynamic, db::adLockOptimistic,
-                db::adCmdText);
-        rs.AddNew();
-        for (auto it = fields.begin(); it != fields.end(); ++it)
-            rs.Fields(it.key()) = it.value();
-        rs.Update();
-        const int key = keyField.isEmpty() ? 0 : rs.Fields(keyField).Value().toInt();
-        rs.Close();
-        return key;
+        return projects::test::addRow(connection(), table, keyField, fields);
     }
 
     void SetUp() override {

@@ -1,6 +1,8 @@
 // A program killed in the middle of saving a project plan: whatever step the
 // kill met, the plan's .pdr afterwards is a whole drawing, the previous one or
-// the new one, never half of one.
+// the new one, never half of one; and its .pdf and .tiff, written by every
+// save before the kill, are whole files that qpdf and tiffinfo read.
+#include "ExportTools.h"
 #include "canvas/api/POLARDraw.h"
 #include "program/Program.h"
 
@@ -61,6 +63,12 @@ TEST(ProjectSaveCrash, AKillDuringTheSaveLeavesTheDrawingWhole) {
         auto reread = canvas::POLARDraw::create();
         ASSERT_NO_THROW(reread->loadFile(pdr)) << "round " << round;
         EXPECT_EQ(static_cast<int>(reread->drawing().shapes().size()), PlanShapes) << "round " << round;
+        const QString pdf = folder + QStringLiteral("/Ground Floor.pdf");
+        QString report;
+        EXPECT_TRUE(test::qpdfCheck(pdf, &report)) << "round " << round << ": " << report.toStdString();
+        EXPECT_EQ(test::pdfInfo(pdf).value(QStringLiteral("Pages")), QStringLiteral("1"))
+            << "round " << round;
+        EXPECT_EQ(test::tiffPageCount(folder + QStringLiteral("/Ground Floor.tiff")), 1) << "round " << round;
     }
 }
 

@@ -1,6 +1,7 @@
 #include "output/frmEmail.h"
 
 #include "core/common/CommonRoutines.h"
+#include "core/db/DataControl.h"
 #include "core/db/Recordset.h"
 #include "core/files/FileSystem.h"
 #include "core/forms/DataBinding.h"
@@ -51,9 +52,13 @@ const QString SitesSource =
     QStringLiteral("SELECT Clients.Client, Clients.Contact, Clients.Email, Sites.Address, Clients.ClientID, "
                    "Sites.SiteID ") +
     QStringLiteral("FROM Clients INNER JOIN Sites ON Clients.ClientID = Sites.ClientID;");
-const QStringList GridColumns{QStringLiteral("Client"),   QStringLiteral("Contact"),
-                              QStringLiteral("Email"),    QStringLiteral("Address"),
-                              QStringLiteral("ClientID"), QStringLiteral("SiteID")};
+// The grid's columns: each field of the join under its own name.
+QList<db::GridColumn> gridColumns() {
+    QList<db::GridColumn> columns;
+    for (const char* field : {"Client", "Contact", "Email", "Address", "ClientID", "SiteID"})
+        columns.append({QString::fromLatin1(field), QString::fromLatin1(field)});
+    return columns;
+}
 const QString PlansQuery = QStringLiteral("SELECT * FROM SitePlans WHERE (((SitePlans.SiteID)=");
 const QString QueryEnd = QStringLiteral("));");
 
@@ -109,8 +114,8 @@ frmEmail::frmEmail(Application& app)
       mnuOptions_WMF(add(ControlKind::Menu, QStringLiteral("mnuOptions_WMF"))),
       mnuOptions_PDF(add(ControlKind::Menu, QStringLiteral("mnuOptions_PDF"))),
       VSSpell1(std::make_shared<spell::VSSpell>(app.ui)), app_(app) {
-    DataControlObject::attach(RS1);
-    GridObject::attach(G1, RS1.name(), GridColumns);
+    makeDataControl(RS1);
+    makeDataGrid(G1, RS1.name(), gridColumns());
     buildLayout();
     buildMenu();
     registerMembers();
@@ -205,7 +210,7 @@ void frmEmail::Form_Activate() {
 }
 
 void frmEmail::RS1_MoveComplete() {
-    db::Recordset& rs = DataControlObject::of(RS1)->recordset();
+    db::Recordset& rs = dataControlOf(RS1).Recordset();
     // Errors are ignored here: each step goes on after a failed one.
     bool atMarker = false;
     resumeNext([&] { atMarker = rs.BOF() || rs.EOF_(); });
@@ -226,8 +231,7 @@ void frmEmail::RS1_MoveComplete() {
 void frmEmail::FillList() {
     List1.clear();
     app_.gRecordset = std::make_shared<db::Recordset>();
-    const QString siteId =
-        vb::toText(DataControlObject::of(RS1)->recordset().value(QStringLiteral("SiteID")));
+    const QString siteId = vb::toText(dataControlOf(RS1).Recordset().value(QStringLiteral("SiteID")));
     db::Recordset& plans = *app_.gRecordset;
     if (!app_.gConnection)
         raiseError(3709, QStringLiteral("The connection cannot be used to perform this operation"));
@@ -306,7 +310,7 @@ void frmEmail::cmdSend_Click() {
         QString path;
         step([&] {
             path = app_.gFileStore + QLatin1Char('\\') +
-                   textOf(DataControlObject::of(RS1)->recordset().value(QStringLiteral("Address"))) +
+                   textOf(dataControlOf(RS1).Recordset().value(QStringLiteral("Address"))) +
                    QLatin1Char('\\') + List1.listItem(item) + QString::fromLatin1(extension);
         });
         step([&] {

@@ -4,9 +4,11 @@
 #include "core/script/CoreCommands.h"
 #include "core/script/ScriptRegistry.h"
 #include "drawing_files/DrawingFiles.h"
+#include "drawing_files/ProjectSave.h"
 #include "output/Output.h"
 #include "output/colour/ColourOutput.h"
 #include "output/mail/Mail.h"
+#include "projects/Projects.h"
 #include "schedule/ScheduleScript.h"
 #include "templates/Drawings.h"
 #include "workspace/Application.h"
@@ -26,6 +28,8 @@ std::unique_ptr<Application> makeApplication(UiPort& ui, Waiter& waiter, AppHome
     registerMail(*app);
     registerColourOutput(*app);
     registerDrawingFiles(*app);
+    registerProjectSave(*app);
+    registerProjects(*app);
     return app;
 }
 
@@ -35,6 +39,7 @@ void addScriptCommands(script::Registry& registry) {
     schedule::addScheduleScriptCommands(registry);
     addOutputScriptCommands(registry);
     addMailScriptCommands(registry);
+    addProjectSaveScriptCommands(registry);
 }
 
 script::Program scriptProgram() {

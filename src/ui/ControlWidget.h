@@ -65,6 +65,8 @@ ControlWidget makeStatusBar(Control& control, QWidget* parent, ViewSink& sink);
 ControlWidget makeTabStrip(Control& control, QWidget* parent, ViewSink& sink);
 ControlWidget makeSlider(Control& control, QWidget* parent, ViewSink& sink);
 ControlWidget makeTimer(Control& control, QWidget* parent, ViewSink& sink);
+// A data grid bound to its data control (DataGridWidget.cpp).
+ControlWidget makeDataGrid(Control& control, QWidget* parent, ViewSink& sink);
 
 // The widget of a control that wraps an engine (the drawing canvas, the
 // schedule): a View made on the control's engine, or a plain panel for a

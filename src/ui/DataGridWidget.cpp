@@ -1,78 +1,108 @@
-// The data grid bound to a data control of its form (G1 of the e-mail window).
-#include "ControlWidget.h"
+#include "DataGridWidget.h"
+
 #include "core/db/DataGridModel.h"
 #include "core/forms/DataBinding.h"
+#include "core/forms/Form.h"
 
-#include <QGuiApplication>
 #include <QHeaderView>
 #include <QItemSelectionModel>
-#include <QSignalBlocker>
+#include <QLabel>
+#include <QSortFilterProxyModel>
 #include <QTableView>
+#include <QVBoxLayout>
 
 namespace tessaly::ui {
 
-namespace {
+DataGridView::DataGridView(Control& grid, GridObject& binding, ViewSink& sink, QWidget* parent)
+    : QWidget(parent), grid_(grid), binding_(binding), sink_(sink), form_(grid.form().weak_from_this()),
+      title_(new QLabel(this)), table_(new QTableView(this)),
+      model_(new db::DataGridModel(*binding.dataControl(), binding.columns(), this)),
+      proxy_(new QSortFilterProxyModel(this)) {
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    title_->setObjectName(QStringLiteral("caption"));
+    title_->setAlignment(Qt::AlignCenter);
+    title_->setAutoFillBackground(true);
+    title_->setFrameStyle(QFrame::Panel | QFrame::Raised);
+    layout->addWidget(title_);
+    layout->addWidget(table_);
 
-bool wants(const QString& property, const char* name) {
-    return property.isEmpty() || property == QLatin1String(name);
+    // Sorting compares the stored values, so dates and numbers sort as such.
+    proxy_->setSourceModel(model_);
+    proxy_->setSortRole(Qt::EditRole);
+    table_->setModel(proxy_);
+    table_->setSortingEnabled(true);
+    table_->sortByColumn(-1, Qt::AscendingOrder); // the data control's order until a header is clicked
+    table_->setSelectionBehavior(QAbstractItemView::SelectRows);
+    table_->setSelectionMode(QAbstractItemView::SingleSelection);
+    table_->setAlternatingRowColors(true);
+    table_->horizontalHeader()->setStretchLastSection(true);
+    table_->horizontalHeader()->setSectionsClickable(true);
+    table_->verticalHeader()->setDefaultSectionSize(table_->fontMetrics().height() + 6);
+    table_->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
+
+    QObject::connect(table_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+                     [this](const QModelIndex& current) { rowChosen(current); });
+    QObject::connect(model_, &db::DataGridModel::currentRowChanged, this,
+                     [this](int row) { showCurrentRow(row); });
+    QObject::connect(model_, &QAbstractItemModel::modelReset, this, [this] {
+        table_->resizeColumnsToContents();
+        showCurrentRow(model_->currentRow());
+    });
+    syncCaption();
+    table_->resizeColumnsToContents();
+    showCurrentRow(model_->currentRow());
 }
 
-// Holds the data control while the model listens to it: the window goes
-// after its form, and the model must not outlive what it shows.
-struct KeepsSource {
-    std::shared_ptr<AutoObject> source;
-};
+DataGridView::~DataGridView() {
+    // The form may have gone first (its window is deleted later), and its data
+    // control with it: then the rows are let go of without telling the control.
+    model_->detach(!form_.expired());
+}
 
-class BoundGridModel final : private KeepsSource, public db::DataGridModel {
-public:
-    BoundGridModel(std::shared_ptr<AutoObject> source, db::DataControl& control,
-                   QList<db::GridColumn> columns, QObject* parent)
-        : KeepsSource{std::move(source)}, db::DataGridModel(control, std::move(columns), parent) {}
-};
+void DataGridView::syncCaption() {
+    const QString caption = grid_.prop(QStringLiteral("Caption")).toString();
+    title_->setText(caption);
+    title_->setVisible(!caption.isEmpty());
+}
 
-} // namespace
+void DataGridView::showCurrentRow(int sourceRow) {
+    following_ = true;
+    QItemSelectionModel* selection = table_->selectionModel();
+    if (sourceRow < 0) {
+        selection->clearCurrentIndex();
+        selection->clearSelection();
+    } else {
+        const QModelIndex shown = proxy_->mapFromSource(model_->index(sourceRow, 0));
+        selection->setCurrentIndex(shown, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+        table_->scrollTo(shown);
+    }
+    following_ = false;
+}
+
+void DataGridView::rowChosen(const QModelIndex& current) {
+    if (following_ || form_.expired() || !current.isValid())
+        return;
+    const int row = proxy_->mapToSource(current).row();
+    if (row == model_->currentRow())
+        return;
+    // A click or a key on another row: the data control goes there.
+    sink_.userInput([this, row] { binding_.selectRow(row); });
+}
 
 ControlWidget makeDataGrid(Control& control, QWidget* parent, ViewSink& sink) {
-    GridObject* grid = GridObject::of(control);
-    DataControlObject* data = grid ? grid->source() : nullptr;
-    if (!data)
+    GridObject* binding = gridOf(control);
+    if (!binding || !binding->dataControl())
         return makePlaceholder(control, parent, sink);
-    QList<db::GridColumn> columns;
-    for (const QString& field : grid->columns())
-        columns << db::GridColumn{field, field, db::GridColumn::Format::General, false};
-    auto* view = new QTableView(parent);
-    auto* model = new BoundGridModel(data->shared_from_this(), data->dataControl(), columns, view);
-    view->setModel(model);
-    view->setSelectionBehavior(QAbstractItemView::SelectRows);
-    view->setSelectionMode(QAbstractItemView::SingleSelection);
-    view->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    view->verticalHeader()->setDefaultSectionSize(view->fontMetrics().height() + 6);
-    // A click on a row moves the data control's cursor there, also onto the
-    // row it stands on already: the move is reported all the same. The
-    // arrow keys move it to the row they reach.
-    QObject::connect(view, &QAbstractItemView::pressed, view, [model, &sink](const QModelIndex& index) {
-        if (index.isValid())
-            sink.userInput([&] { model->setCurrentRow(index.row()); });
-    });
-    QObject::connect(view->selectionModel(), &QItemSelectionModel::currentRowChanged, view,
-                     [model, &sink](const QModelIndex& current) {
-                         if (QGuiApplication::mouseButtons() == Qt::NoButton && current.isValid() &&
-                             current.row() != model->currentRow())
-                             sink.userInput([&] { model->setCurrentRow(current.row()); });
-                     });
-    QObject::connect(model, &db::DataGridModel::currentRowChanged, view, [view](int row) {
-        const QSignalBlocker quiet(view->selectionModel());
-        if (row >= 0)
-            view->selectRow(row);
-        else
-            view->clearSelection();
-    });
-    ControlWidget made{view, nullptr, {}, true};
+    auto* view = new DataGridView(control, *binding, sink, parent);
+    ControlWidget made{view, nullptr, {}, false};
     made.sync = [view, &control](const QString& p) {
-        if (!wants(p, "AutoSized"))
-            return;
-        for (const QVariant& column : control.prop(QStringLiteral("AutoSized")).toList())
-            view->resizeColumnToContents(column.toInt());
+        if (p.isEmpty() || p == QLatin1String("Caption"))
+            view->syncCaption();
+        if (p.isEmpty() || p == QLatin1String("AutoSized"))
+            for (const QVariant& column : control.prop(QStringLiteral("AutoSized")).toList())
+                view->table()->resizeColumnToContents(column.toInt());
     };
     return made;
 }

@@ -7,6 +7,7 @@
 
 #include <QAbstractButton>
 #include <QAbstractScrollArea>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QCursor>
 #include <QKeyEvent>
@@ -50,6 +51,19 @@ bool hasContainer(const Control& c) {
 
 // Controls that report a plain mouse click as their Click event; buttons and
 // lists report it through their own signals.
+// The platform's value of a mouse button.
+int platformMouseButton(Qt::MouseButton button) {
+    constexpr int Left = 1, Right = 2, Middle = 4;
+    switch (button) {
+    case Qt::RightButton:
+        return Right;
+    case Qt::MiddleButton:
+        return Middle;
+    default:
+        return Left;
+    }
+}
+
 bool clickedByMouse(ControlKind kind) {
     return kind == ControlKind::Label || kind == ControlKind::PictureBox || kind == ControlKind::Frame ||
            kind == ControlKind::Canvas;
@@ -112,6 +126,11 @@ void FormView::bindControl(Control& c) {
         made.widget->setObjectName(c.fullName());
         made.widget->installEventFilter(this);
         controlOf_[made.widget] = &c;
+        // A list's mouse presses arrive at its viewport.
+        if (auto* area = qobject_cast<QAbstractScrollArea*>(made.widget); area && c.kind() == ControlKind::ListBox) {
+            area->viewport()->installEventFilter(this);
+            controlOf_[area->viewport()] = &c;
+        }
     }
     widgets_[&c] = made;
     c.onChanged = [this, &c](const QString& p) { controlChanged(c, p); };
@@ -161,9 +180,14 @@ void FormView::pressOn(Control& c, const QKeySequence& keys, QWidget* scope, Qt:
 }
 
 void FormView::placeInContainers() {
-    for (auto& [control, made] : widgets_) {
-        if (!made.widget)
+    // In the form's order, so that controls added later stay in front of those
+    // added before them in the same container.
+    for (const ControlPtr& c : form_->controls()) {
+        const auto it = widgets_.find(c.get());
+        if (it == widgets_.end() || !it->second.widget)
             continue;
+        const Control* control = c.get();
+        const ControlWidget& made = it->second;
         QWidget* parent = surface_;
         if (hasContainer(*control)) {
             const Control* holder = form_->find(control->prop(QStringLiteral("Container")).toString());
@@ -255,6 +279,8 @@ void FormView::applyShared(Control& c, QWidget* w, const QString& p) {
         showCurrentTab(c);
     if (wants(p, "Enabled"))
         w->setEnabled(c.enabled());
+    if (p == QLatin1String("ZOrder"))
+        w->raise();
     if (wants(p, "ToolTipText"))
         w->setToolTip(c.toolTipText());
     if (wants(p, "BackColor") || wants(p, "ForeColor"))
@@ -279,6 +305,13 @@ void FormView::applyShared(Control& c, QWidget* w, const QString& p) {
 void FormView::applyColours(const Control& c, QWidget* w) {
     QPalette palette = w->palette();
     bool changed = false;
+    if (c.hasProp(QStringLiteral("BackColor")) && !isPlainColour(c.backColor())) {
+        // A system colour (the window colour of a locked box): the style's own.
+        const QPalette standard = QApplication::palette(w);
+        for (const auto role : {QPalette::Window, QPalette::Base, QPalette::Button})
+            palette.setColor(role, standard.color(role));
+        changed = true;
+    }
     if (c.hasProp(QStringLiteral("BackColor")) && isPlainColour(c.backColor())) {
         const QColor back = toQColor(c.backColor());
         for (const auto role : {QPalette::Window, QPalette::Base, QPalette::Button})
@@ -484,6 +517,17 @@ bool FormView::controlEvent(Control& c, QEvent* event) {
         return false;
     case QEvent::KeyPress:
         return keyPressed(c, event);
+    case QEvent::MouseButtonPress:
+        // MouseDown with the platform's button value (1 left, 2 right, 4 middle) and the
+        // position in twips, for the controls that handle it.
+        if (!clickedByMouse(c.kind()) && form_->hasHandler(c.name(), QStringLiteral("MouseDown"))) {
+            const auto* mouse = static_cast<QMouseEvent*>(event);
+            const int button = platformMouseButton(mouse->button());
+            EventArgs args{button, platformShiftMask(mouse->modifiers()), toTwips(qRound(mouse->position().x())),
+                           toTwips(qRound(mouse->position().y()))};
+            userInput([&] { c.form().raiseEvent(c, QStringLiteral("MouseDown"), args); });
+        }
+        return false;
     case QEvent::MouseButtonRelease:
         if (clickedByMouse(c.kind()) && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton &&
             form_->hasHandler(c.name(), QStringLiteral("Click")))

@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QLineEdit>
+#include <QListView>
 #include <QListWidget>
 #include <QSignalBlocker>
 
@@ -85,6 +86,9 @@ ControlWidget makeComboBox(Control& control, QWidget* parent, ViewSink& sink) {
         QObject::connect(edit, &QLineEdit::textEdited, combo, [&control, &sink](const QString& text) {
             sink.userInput([&] { control.setText(text); });
         });
+    // Every line pops up at the same height, so that a long list opens quickly.
+    if (auto* lines = qobject_cast<QListView*>(combo->view()))
+        lines->setUniformItemSizes(true);
     ControlWidget made{combo, nullptr, {}, true};
     made.sync = [combo, &control](const QString& p) {
         const QSignalBlocker quiet(combo);

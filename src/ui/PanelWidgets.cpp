@@ -137,7 +137,13 @@ ControlWidget makeTabStrip(Control& control, QWidget* parent, ViewSink& sink) {
             for (const QString& caption : control.prop(QStringLiteral("Tabs")).toStringList())
                 tabs->addTab(caption);
         }
-        if (wants(p, "Tabs") || wants(p, "Tab"))
+        if (wants(p, "Tabs") || wants(p, "TabEnabled")) {
+            const QVariantList enabled = control.prop(QStringLiteral("TabEnabled")).toList();
+            for (int tab = 0; tab < tabs->count(); ++tab)
+                tabs->setTabEnabled(tab, tab >= enabled.size() || enabled.at(tab).toBool());
+        }
+        // Disabling the shown tab makes the bar show another: it shows the model's again.
+        if (wants(p, "Tabs") || wants(p, "Tab") || wants(p, "TabEnabled"))
             tabs->setCurrentIndex(intProp(control, "Tab"));
     };
     return made;

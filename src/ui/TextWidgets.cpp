@@ -7,6 +7,7 @@
 #include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalBlocker>
@@ -72,7 +73,36 @@ ControlWidget makeLabel(Control& control, QWidget* parent, ViewSink&) {
     return made;
 }
 
+namespace {
+// The line break of a multi-line box's text, as the platform's text boxes hold it.
+const QString BoxLineBreak = QStringLiteral("\r\n");
+
+// A text box of several lines (MultiLine true): its text keeps the
+// platform's line breaks, the widget shows plain lines.
+ControlWidget makeMultiLineTextBox(Control& control, QWidget* parent, ViewSink& sink) {
+    auto* edit = new QPlainTextEdit(parent);
+    QObject::connect(edit, &QPlainTextEdit::textChanged, edit, [edit, &control, &sink] {
+        QString text = edit->toPlainText();
+        text.replace(QLatin1Char('\n'), BoxLineBreak);
+        sink.userInput([&] { control.setText(text); });
+    });
+    ControlWidget made{edit, nullptr, {}, true};
+    made.sync = [edit, &control](const QString& p) {
+        const QSignalBlocker quiet(edit);
+        QString shown = control.text();
+        shown.replace(BoxLineBreak, QStringLiteral("\n"));
+        if (wants(p, "Text") && edit->toPlainText() != shown)
+            edit->setPlainText(shown);
+        if (wants(p, "Locked"))
+            edit->setReadOnly(control.locked());
+    };
+    return made;
+}
+} // namespace
+
 ControlWidget makeTextBox(Control& control, QWidget* parent, ViewSink& sink) {
+    if (control.prop(QStringLiteral("MultiLine")).toBool())
+        return makeMultiLineTextBox(control, parent, sink);
     auto* edit = new QLineEdit(parent);
     QObject::connect(edit, &QLineEdit::textEdited, edit, [&control, &sink](const QString& text) {
         sink.userInput([&] { control.setText(text); });

@@ -32,12 +32,18 @@ protected:
         site = addSite(client, QStringLiteral("12 Mill Lane"));
     }
 
-    void openPlan(const QString& address, const QString& description, bool withFiles = true) {
+    // Opens the colouring window on a plan of the site's folder. With
+    // `withShapes` the canvas holds a rectangle and an ellipse; without, the
+    // page is empty and so is the picture. The command's own save writes the
+    // plan's .pdr, .emf and .wmf first.
+    void openPlan(const QString& address, const QString& description, bool withShapes = true) {
         app->gPlanFileName = address + QLatin1Char('\\') + description;
-        if (withFiles)
+        if (withShapes) {
             s = savePlan(address, description);
-        else
+        } else {
+            ASSERT_TRUE(QDir().mkpath(fs::toHost(app->gFileStore + QLatin1Char('\\') + address)));
             s = app->gFileStore + QLatin1Char('\\') + app->gPlanFileName;
+        }
         click(*main, "mnuEditColour");
         window = static_cast<frmColourFill*>(app->loaded(QString::fromLatin1(frmColourFill::FormName)));
         ASSERT_NE(window, nullptr);
@@ -94,11 +100,50 @@ TEST_P(ColourWindow, ThePlanIsSavedAndItsMetafileShownInAreaMode) {
     EXPECT_EQ(window->Option2.caption(), QStringLiteral("Colour A Single Point"));
 }
 
-TEST_P(ColourWindow, AMissingMetafileLeavesAnEmptyPicture) {
+TEST_P(ColourWindow, TheCommandsSaveWritesThePlansMetafilesAndNoReports) {
+    openPlan(QStringLiteral("12 Mill Lane"), QStringLiteral("Ground Floor"), false);
+    EXPECT_TRUE(surface().hasPicture());
+    EXPECT_EQ(at(10, 10), static_cast<int32_t>(White));
+    EXPECT_TRUE(messageBoxes().isEmpty());
+    EXPECT_EQ(waiter.waits, (std::vector<int>{500, 300, 500})); // ConvertEMFtoWMF's waits
+    for (const char* ending : {".pdr", ".emf", ".wmf"})
+        EXPECT_TRUE(QFileInfo::exists(fs::toHost(s + QLatin1String(ending)))) << ending;
+    for (const char* ending : {".pdf", ".tiff"})
+        EXPECT_FALSE(QFileInfo::exists(fs::toHost(s + QLatin1String(ending)))) << ending;
+    EXPECT_FALSE(QFileInfo::exists(home() + QStringLiteral("/PrintTemp.emf")));
+    EXPECT_FALSE(emfToSvg(read(s + QStringLiteral(".emf")), QStringLiteral("colour-save")).isEmpty());
+}
+
+// A .emf that the canvas cannot write (a folder holds its name): the canvas
+// says so, the conversion reports its failure, and the window opens with an
+// empty picture, since its load ignores errors.
+TEST_P(ColourWindow, AMetafileThatCannotBeWrittenLeavesAnEmptyPicture) {
+    ASSERT_TRUE(QDir().mkpath(fs::toHost(app->gFileStore + QStringLiteral("\\12 Mill Lane\\Nowhere.emf"))));
     openPlan(QStringLiteral("12 Mill Lane"), QStringLiteral("Nowhere"), false);
     EXPECT_FALSE(surface().hasPicture());
     EXPECT_EQ(at(10, 10), static_cast<int32_t>(White));
-    EXPECT_TRUE(messageBoxes().isEmpty());
+    const QStringList boxes = messageBoxes();
+    ASSERT_EQ(boxes.size(), 2);
+    EXPECT_EQ(boxes[0], QStringLiteral("Path/File access error"));
+    EXPECT_EQ(eventsOf(QStringLiteral("msgbox")).at(0)[QStringLiteral("flags")].toInt(), mb::Critical);
+    EXPECT_TRUE(boxes[1].startsWith(QStringLiteral("Error in ConvertEMFtoWMF Process- ")))
+        << boxes[1].toStdString();
+    EXPECT_TRUE(QFileInfo::exists(fs::toHost(s + QStringLiteral(".pdr"))));
+    EXPECT_FALSE(QFileInfo::exists(fs::toHost(s + QStringLiteral(".wmf"))));
+    // A flood on the empty picture paints nothing and does not fail.
+    chooseColour(Red);
+    mouse("MouseUp", Left, 5, 5);
+    EXPECT_FALSE(surface().hasPicture());
+}
+
+// The command's save has no trap: with the site's folder gone, its first
+// failure is the run-time error box, and the window does not open.
+TEST_P(ColourWindow, AMissingSiteFolderIsTheRunTimeErrorAndNoWindow) {
+    app->gPlanFileName = QStringLiteral("12 Mill Lane\\Ground Floor");
+    click(*main, "mnuEditColour");
+    EXPECT_EQ(messageBoxes(), QStringList{QStringLiteral("Run-time error '76':\n\nPath not found")});
+    EXPECT_EQ(app->loaded(QString::fromLatin1(frmColourFill::FormName)), nullptr);
+    EXPECT_FALSE(QFileInfo::exists(fs::toHost(app->gFileStore + QStringLiteral("\\12 Mill Lane"))));
 }
 
 TEST_P(ColourWindow, AReleaseFloodsAtTheReleasePosition) {

@@ -3,6 +3,7 @@
 #include "MetafileTools.h"
 #include "OutputTestSupport.h"
 #include "WindowFixture.h"
+#include "core/db/DataControl.h"
 #include "core/forms/DataBinding.h"
 #include "core/settings/SettingsStore.h"
 #include "output/frmEmail.h"
@@ -42,7 +43,7 @@ protected:
     }
     // The user picks the grid's row: the data control moves there.
     void pickRow(int row) { window->G1.set(QStringLiteral("Row"), row); }
-    db::Recordset& sites() { return DataControlObject::of(window->RS1)->recordset(); }
+    db::Recordset& sites() { return dataControlOf(window->RS1).Recordset(); }
     void setMachine(const QString& name, const QString& value) {
         app->machineSettings.write(MachineKey, name, value);
     }

@@ -12,6 +12,8 @@
 #include "core/db/ProjectDatabase.h"
 #include "core/db/Recordset.h"
 
+#include "../../support/LargeProjectData.h"
+
 #include <QCoreApplication>
 #include <QSqlDatabase>
 #include <QSqlError>
@@ -25,7 +27,7 @@ using namespace tessaly::db;
 namespace {
 
 constexpr int ClientCount = 100000;
-constexpr int SitesPerClient = 3;
+using tessaly::bench::SitesPerClient;
 constexpr int ScheduleCount = 1000000;
 
 QString connectionString;
@@ -37,30 +39,8 @@ void fill(const QString& path) {
         db.open();
         QSqlQuery q(db);
         q.exec(QStringLiteral("BEGIN"));
-        q.prepare(
-            QStringLiteral("INSERT INTO Clients (Client, Address, Area, Town, County, PostCode, Email, Tel, "
-                           "Contact) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)"));
-        for (int i = 1; i <= ClientCount; ++i) {
-            for (const QString& v :
-                 {QStringLiteral("Client %1").arg(i), QStringLiteral("%1 High Street").arg(i),
-                  QStringLiteral("Area"), QStringLiteral("Truro"), QStringLiteral("Cornwall"),
-                  QStringLiteral("TR%1 1AA").arg(i % 30), QStringLiteral("c%1@example.com").arg(i),
-                  QStringLiteral("01872 %1").arg(i), QStringLiteral("Contact %1").arg(i)})
-                q.addBindValue(v);
-            q.exec();
-        }
-        q.prepare(
-            QStringLiteral("INSERT INTO Sites (ClientID, Site, Address, Town, PostCode, Comments) VALUES "
-                           "(?, ?, ?, ?, ?, ?)"));
-        for (int i = 0; i < ClientCount * SitesPerClient; ++i) {
-            q.addBindValue(1 + i / SitesPerClient);
-            q.addBindValue(QStringLiteral("Site %1").arg(i));
-            q.addBindValue(QStringLiteral("%1 Low Road").arg(i));
-            q.addBindValue(QStringLiteral("Truro"));
-            q.addBindValue(QStringLiteral("TR1 2BB"));
-            q.addBindValue(QStringLiteral("Comments of site %1").arg(i));
-            q.exec();
-        }
+        tessaly::bench::addClients(q, ClientCount);
+        tessaly::bench::addSites(q, ClientCount);
         q.prepare(QStringLiteral(
             "INSERT INTO Schedule (SiteID, ProjectItem, StartDate, StartTime, EndDate, EndTime, "
             "BarStyle, BarText, BarTextAlign, BarColour, Comments, ImageIndex) VALUES "

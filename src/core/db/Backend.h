@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Dialect.h"
+#include "RowTable.h"
 
 #include <QStringList>
 #include <QVariantList>
@@ -11,7 +12,7 @@ namespace tessaly::db {
 // Rows of a query, each value as the engine holds it.
 struct QueryResult {
     QStringList columns;
-    std::vector<QVariantList> rows;
+    RowTable rows;
 };
 
 // One open database of one engine. The layer above speaks only to this

@@ -15,7 +15,18 @@ DataGridModel::DataGridModel(DataControl& control, QList<GridColumn> columns, QO
 }
 
 DataGridModel::~DataGridModel() {
-    control_.recordset().removeListener(listener_);
+    if (!detached_)
+        control_.recordset().removeListener(listener_);
+}
+
+void DataGridModel::detach(bool controlAlive) {
+    if (detached_)
+        return;
+    beginResetModel();
+    if (controlAlive)
+        control_.recordset().removeListener(listener_);
+    detached_ = true;
+    endResetModel();
 }
 
 void DataGridModel::onEvent(const RecordsetEvent& event) {
@@ -45,7 +56,7 @@ void DataGridModel::onEvent(const RecordsetEvent& event) {
 }
 
 int DataGridModel::rowCount(const QModelIndex& parent) const {
-    if (parent.isValid())
+    if (parent.isValid() || detached_)
         return 0;
     Recordset& rs = control_.recordset();
     return rs.State() == adStateOpen ? rs.RecordCount() : 0;
@@ -70,7 +81,7 @@ QString DataGridModel::displayText(const QVariant& value, GridColumn::Format for
 }
 
 QVariant DataGridModel::data(const QModelIndex& index, int role) const {
-    if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::EditRole))
+    if (!index.isValid() || detached_ || (role != Qt::DisplayRole && role != Qt::EditRole))
         return QVariant();
     Recordset& rs = control_.recordset();
     if (rs.State() != adStateOpen || index.row() >= rs.RecordCount() || index.column() >= columns_.size())
@@ -94,7 +105,7 @@ QVariant DataGridModel::headerData(int section, Qt::Orientation orientation, int
 }
 
 Qt::ItemFlags DataGridModel::flags(const QModelIndex& index) const {
-    if (!index.isValid())
+    if (!index.isValid() || detached_)
         return Qt::NoItemFlags;
     Qt::ItemFlags f = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
     if (index.column() < columns_.size() && columns_[index.column()].editable &&
@@ -123,6 +134,8 @@ bool DataGridModel::setData(const QModelIndex& index, const QVariant& value, int
 }
 
 int DataGridModel::currentRow() const {
+    if (detached_)
+        return -1;
     Recordset& rs = control_.recordset();
     if (rs.State() != adStateOpen)
         return -1;
@@ -131,6 +144,8 @@ int DataGridModel::currentRow() const {
 }
 
 void DataGridModel::setCurrentRow(int row) {
+    if (detached_)
+        return;
     Recordset& rs = control_.recordset();
     if (rs.State() != adStateOpen || row < 0 || row >= rs.RecordCount())
         return;

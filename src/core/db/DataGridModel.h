@@ -48,6 +48,11 @@ public:
 
     const QList<GridColumn>& columns() const { return columns_; }
 
+    // Stops following the data control: the model shows no rows from then on
+    // and never touches the control again. With `controlAlive` false the
+    // control is already gone and is not told.
+    void detach(bool controlAlive = true);
+
 signals:
     void currentRowChanged(int row);
     // An in-place edit was refused; the row keeps its stored value.
@@ -60,6 +65,7 @@ private:
     DataControl& control_;
     QList<GridColumn> columns_;
     int listener_ = 0;
+    bool detached_ = false;
 };
 
 } // namespace tessaly::db

@@ -86,12 +86,13 @@ QueryResult QtSqlBackend::fetch(const QString& sql, const QVariantList& params, 
         const int n = record.count();
         for (int i = 0; i < n; ++i)
             result.columns.append(record.fieldName(i));
+        result.rows.setColumnCount(n);
         while (q.next()) {
             QVariantList row;
             row.reserve(n);
             for (int i = 0; i < n; ++i)
                 row.append(q.value(i));
-            result.rows.push_back(std::move(row));
+            result.rows.append(row);
         }
         if (q.lastError().isValid())
             fail(q.lastError(), dberr::ProviderFailure);

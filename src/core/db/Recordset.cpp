@@ -259,7 +259,7 @@ void Recordset::fetchPending() const {
 void Recordset::fetchRows() {
     pending_ = false;
     QueryResult result = backend_->query(fullSql_);
-    std::vector<QVariantList> merged = std::move(result.rows);
+    RowTable merged = std::move(result.rows);
     // Rows added before the read keep their place in the recordset, found by key.
     const int key = tables_[0].keyResultColumn;
     std::vector<int> placed(rows_.size(), 0);
@@ -267,10 +267,10 @@ void Recordset::fetchRows() {
         int found = -1;
         const bool unsaved = editMode_ == adEditAdd && i == position_;
         for (int j = 0; !unsaved && j < static_cast<int>(merged.size()) && found < 0; ++j)
-            if (merged[j][key] == rows_[i][key])
+            if (merged.value(j, key) == rows_.value(i, key))
                 found = j;
         if (found < 0) {
-            merged.push_back(rows_[i]);
+            merged.append(rows_.row(i));
             found = static_cast<int>(merged.size()) - 1;
         }
         placed[i] = found;
@@ -477,7 +477,7 @@ QVariant Recordset::programValue(const Column& column, const QVariant& stored) c
 QVariant Recordset::value(int ordinal) const {
     const int col = columnOf(ordinal);
     requireCurrent();
-    const QVariant& stored = editMode_ != adEditNone ? buffer_[col] : rows_[position_][col];
+    const QVariant stored = editMode_ != adEditNone ? buffer_[col] : rows_.value(position_, col);
     return programValue(columns_[col], stored);
 }
 
@@ -487,7 +487,7 @@ QVariant Recordset::rowValue(int row, int ordinal) const {
     if (row < 0 || row >= static_cast<int>(rows_.size()))
         raiseBadArgument();
     const bool pending = editMode_ != adEditNone && row == position_;
-    const QVariant& stored = pending ? buffer_[col] : rows_[row][col];
+    const QVariant stored = pending ? buffer_[col] : rows_.value(row, col);
     return programValue(columns_[col], stored);
 }
 
@@ -511,7 +511,7 @@ void Recordset::setValue(int ordinal, const QVariant& value) {
     // Converted first: a value the field cannot hold changes nothing.
     const QVariant stored = backend_->dialect().toStorage(c.type, values::fromProgram(c.type, value));
     if (editMode_ == adEditNone) {
-        buffer_ = rows_[position_];
+        buffer_ = rows_.row(position_);
         dirty_.assign(columns_.size(), false);
         editMode_ = adEditInProgress;
     }
@@ -532,7 +532,7 @@ void Recordset::AddNew() {
     QVariantList empty;
     for (std::size_t i = 0; i < columns_.size(); ++i)
         empty.append(QVariant());
-    rows_.push_back(empty);
+    rows_.append(empty);
     buffer_ = empty;
     dirty_.assign(columns_.size(), false);
     editMode_ = adEditAdd;
@@ -575,7 +575,7 @@ QVariantList Recordset::readRowByKey(const QVariant& key) {
     const QueryResult result = backend_->query(sql, {key});
     if (result.rows.empty())
         raiseRowNotFound();
-    return result.rows.front();
+    return result.rows.row(0);
 }
 
 void Recordset::writeNewRow() {
@@ -589,10 +589,10 @@ void Recordset::writeNewRow() {
         values.append(buffer_[i]);
     }
     // The row is read back inside the transaction, with the values the engine gave it.
-    rows_[position_] = runInTransaction(*backend_, [&] {
+    rows_.set(position_, runInTransaction(*backend_, [&] {
         const QVariant key = backend_->insert(t.name, names, values, t.keyColumn);
         return readRowByKey(key);
-    });
+    }));
 }
 
 void Recordset::writeEditedRow() {
@@ -600,7 +600,7 @@ void Recordset::writeEditedRow() {
         for (int t = 0; t < static_cast<int>(tables_.size()); ++t)
             writeEditedColumns(t);
     });
-    rows_[position_] = buffer_;
+    rows_.set(position_, buffer_);
 }
 
 void Recordset::writeEditedColumns(int t) {
@@ -615,7 +615,7 @@ void Recordset::writeEditedColumns(int t) {
     }
     if (sets.isEmpty())
         return;
-    params.append(rows_[position_][tables_[t].keyResultColumn]);
+    params.append(rows_.value(position_, tables_[t].keyResultColumn));
     const QString sql = QStringLiteral("UPDATE %1 SET %2 WHERE %3 = ?")
                             .arg(dialect.quote(tables_[t].name), sets.join(QStringLiteral(", ")),
                                  dialect.identifier(tables_[t].keyColumn, false));
@@ -626,7 +626,7 @@ void Recordset::writeEditedColumns(int t) {
 void Recordset::CancelUpdate() {
     requireOpen();
     if (editMode_ == adEditAdd) {
-        rows_.erase(rows_.begin() + position_);
+        rows_.erase(position_);
         editMode_ = adEditNone;
         buffer_.clear();
         position_ = positionBeforeAdd_;
@@ -659,10 +659,10 @@ void Recordset::Delete(int affectRecords) {
     const Table& t = tables_[0];
     const QString sql = QStringLiteral("DELETE FROM %1 WHERE %2 = ?")
                             .arg(dialect.quote(t.name), dialect.identifier(t.keyColumn, false));
-    runInTransaction(*backend_, [&] { backend_->execute(sql, {rows_[position_][t.keyResultColumn]}); });
+    runInTransaction(*backend_, [&] { backend_->execute(sql, {rows_.value(position_, t.keyResultColumn)}); });
     editMode_ = adEditNone;
     buffer_.clear();
-    rows_.erase(rows_.begin() + position_);
+    rows_.erase(position_);
     currentDeleted_ = true;
     fire(RecordsetEvent::Kind::RecordChanged, adRsnDelete);
 }

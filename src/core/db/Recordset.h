@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Ado.h"
+#include "RowTable.h"
 #include "TableDef.h"
 
 #include <QHash>
@@ -182,7 +183,7 @@ private:
     std::vector<Column> columns_;
     std::vector<int> visible_; // ordinal -> column
     std::vector<Table> tables_;
-    std::vector<QVariantList> rows_; // values as the engine holds them
+    RowTable rows_; // values as the engine holds them
 
     int position_ = -1; // index of the current row; -1 before the first, rows_.size() after the last
     bool currentDeleted_ = false;

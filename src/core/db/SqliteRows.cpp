@@ -100,33 +100,32 @@ QueryResult SqliteRows::fetch(QSqlDatabase& db, const QString& sql) {
     const int n = a.columnCount(raw);
     for (int i = 0; i < n; ++i)
         result.columns.append(QString::fromUtf8(a.columnName(raw, i)));
+    result.rows.setColumnCount(n);
     int rc = SQLITE_ROW;
     while ((rc = a.step(raw)) == SQLITE_ROW) {
-        QVariantList row;
-        row.reserve(n);
+        result.rows.beginRow();
         for (int i = 0; i < n; ++i) {
             switch (a.columnType(raw, i)) {
             case SQLITE_INTEGER:
-                row.append(QVariant(static_cast<qlonglong>(a.columnInt64(raw, i))));
+                result.rows.addInteger(static_cast<qint64>(a.columnInt64(raw, i)));
                 break;
             case SQLITE_FLOAT:
-                row.append(QVariant(a.columnDouble(raw, i)));
+                result.rows.addDouble(a.columnDouble(raw, i));
                 break;
             case SQLITE_NULL:
-                row.append(QVariant());
+                result.rows.addNull();
                 break;
             case SQLITE_BLOB:
-                row.append(QVariant(
-                    QByteArray(static_cast<const char*>(a.columnBlob(raw, i)), a.columnBytes(raw, i))));
+                result.rows.addBytes(static_cast<const char*>(a.columnBlob(raw, i)), a.columnBytes(raw, i));
                 break;
             default: {
+                // The text first, then its length (the order SQLite asks for).
                 const char* chars = reinterpret_cast<const char*>(a.columnText(raw, i));
-                row.append(QVariant(QString::fromUtf8(chars, a.columnBytes(raw, i))));
+                result.rows.addText(chars, a.columnBytes(raw, i));
                 break;
             }
             }
         }
-        result.rows.push_back(std::move(row));
     }
     if (rc != SQLITE_DONE)
         dberr::raiseProviderFailure(QString::fromUtf8(a.errmsg(handle)));

@@ -70,8 +70,9 @@ bool fileExists(const QString& pattern) {
     const QString p = slashes(pattern);
     const int cut = p.lastIndexOf(QLatin1Char('/'));
     const QString last = cut >= 0 ? p.mid(cut + 1) : p;
+    // Folders are no match, with or without a wildcard.
     if (!hasWildcard(last))
-        return QFileInfo::exists(toHost(p)) && !last.isEmpty();
+        return QFileInfo(toHost(p)).isFile() && !last.isEmpty();
     const QString folder = cut >= 0 ? toHost(p.left(cut).isEmpty() ? QStringLiteral("/") : p.left(cut))
                                     : QStringLiteral(".");
     if (hasWildcard(folder))

@@ -18,7 +18,8 @@ namespace tessaly::fs {
 QString toHost(const QString& logicPath);
 
 // True when the pattern (which may hold * and ? in its last part) matches at
-// least one file or folder. An empty or malformed path counts as not found.
+// least one file; a folder is no match, as the platform's Dir without
+// attributes gave none. An empty or malformed path counts as not found.
 bool fileExists(const QString& pattern);
 bool folderExists(const QString& logicPath);
 

@@ -1,6 +1,7 @@
 #include "Control.h"
 
 #include "Form.h"
+#include "TabStrip.h"
 #include "core/runtime/RuntimeError.h"
 #include "core/runtime/Vb.h"
 
@@ -325,6 +326,8 @@ QVariant Control::get(const QString& name, const QVariantList& index) {
         return newIndex();
     if (is(name, "Selected") && (kind_ == ControlKind::ListBox || kind_ == ControlKind::ComboBox))
         return selected(vb::toInt32(index.value(0)));
+    if (is(name, "Tabs") && kind_ == ControlKind::TabStrip && !index.isEmpty())
+        return toVariant(tabs::tabObject(*this, vb::toInt32(index.value(0))));
     if (is(name, "Panels")) {
         if (index.isEmpty())
             return panelCount();
@@ -392,6 +395,13 @@ QVariant Control::call(const QString& name, QVariantList& args) {
         form_.setFocus(this);
         return {};
     }
+    if (is(name, "ZOrder")) {
+        // Position 0 brings the control in front of its neighbours; the view
+        // follows the count of such moves.
+        if (args.isEmpty() || vb::toInt32(args.value(0)) == 0)
+            setProp(QStringLiteral("ZOrder"), prop(QStringLiteral("ZOrder")).toInt() + 1);
+        return {};
+    }
     if (is(name, "Move")) {
         move(vb::toInt32(args.value(0)), vb::toInt32(args.value(1)),
              args.size() > 2 ? vb::toInt32(args.value(2)) : geometry().width(),
@@ -412,6 +422,8 @@ QStringList Control::memberNames() const {
               << QStringLiteral("RemoveItem");
     if (kind_ == ControlKind::StatusBar)
         names << QStringLiteral("Panels");
+    if (kind_ == ControlKind::TabStrip)
+        names << QStringLiteral("Tabs");
     if (inner)
         names << inner->memberNames();
     return names;

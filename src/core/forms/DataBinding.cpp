@@ -2,6 +2,10 @@
 
 #include "Control.h"
 #include "Form.h"
+#include "core/db/Ado.h"
+#include "core/db/BoundField.h"
+#include "core/db/DataControl.h"
+#include "core/db/Recordset.h"
 #include "core/runtime/RuntimeError.h"
 #include "core/runtime/Vb.h"
 
@@ -9,46 +13,158 @@ namespace tessaly {
 
 namespace {
 
+// The grid property that lists, in order, the columns sized to their content.
+const QString AutoSizedProperty = QStringLiteral("AutoSized");
+
 bool is(const QString& a, const char* b) {
     return a.compare(QLatin1String(b), Qt::CaseInsensitive) == 0;
 }
 
-// Error 3021: the cursor stands on no row (BOF or EOF) where one is needed.
-constexpr int NoCurrentRecord = 3021;
-// Error 380: a property set to a value it cannot take.
-constexpr int InvalidPropertyValue = 380;
+// One field of the current row, reached as Recordset.Fields("Name"): it prints
+// as its value.
+class FieldObject final : public AutoObject {
+public:
+    FieldObject(db::Recordset& rs, QVariant key, AutoPtr owner)
+        : rs_(rs), key_(std::move(key)), owner_(std::move(owner)) {}
+    QString typeName() const override { return QStringLiteral("Field"); }
+    QVariant get(const QString& name, const QVariantList& index) override {
+        if (is(name, "Value"))
+            return field().Value();
+        if (is(name, "Name"))
+            return field().Name();
+        return AutoObject::get(name, index);
+    }
+    void set(const QString& name, const QVariant& value, const QVariantList& index) override {
+        if (is(name, "Value"))
+            return field().setValue(value);
+        AutoObject::set(name, value, index);
+    }
+    QStringList memberNames() const override { return {QStringLiteral("Value"), QStringLiteral("Name")}; }
+    std::optional<QVariant> printValue() override { return field().Value(); }
 
-// The names of the grid control's own properties.
-const QString DataSourceProperty = QStringLiteral("DataSource");
-const QString ColumnsProperty = QStringLiteral("Columns");
-const QString AutoSizedProperty = QStringLiteral("AutoSized");
+private:
+    db::Field field() const {
+        if (key_.metaType().id() == QMetaType::QString)
+            return rs_.Fields(key_.toString());
+        return rs_.Fields(vb::toInt32(key_));
+    }
+    db::Recordset& rs_;
+    QVariant key_;
+    AutoPtr owner_;
+};
 
 } // namespace
 
-// --- RecordsetObject --------------------------------------------------------
+// ----- DataControlObject -----
 
-RecordsetObject::RecordsetObject(std::shared_ptr<AutoObject> owner, db::Recordset& recordset)
-    : owner_(std::move(owner)), rs_(recordset) {}
+DataControlObject::DataControlObject(Control& control)
+    : control_(control), data_(std::make_unique<db::DataControl>()) {
+    data_->MoveComplete = [this](int reason, const RuntimeError* error, int status, db::Recordset& rs) {
+        EventArgs args{reason, error ? error->number() : 0, status,
+                       toVariant(std::make_shared<RecordsetObject>(rs, shared_from_this()))};
+        control_.form().raiseEvent(control_, QStringLiteral("MoveComplete"), args);
+    };
+}
+
+DataControlObject::~DataControlObject() = default;
+
+QVariant DataControlObject::get(const QString& name, const QVariantList& index) {
+    if (is(name, "Recordset"))
+        return toVariant(std::make_shared<RecordsetObject>(data_->Recordset(), shared_from_this()));
+    if (is(name, "ConnectionString"))
+        return data_->ConnectionString();
+    if (is(name, "RecordSource"))
+        return data_->RecordSource();
+    if (is(name, "CursorLocation"))
+        return data_->CursorLocation();
+    if (is(name, "CursorType"))
+        return data_->CursorType();
+    if (is(name, "LockType"))
+        return data_->LockType();
+    if (is(name, "CommandType"))
+        return data_->CommandType();
+    if (is(name, "Mode"))
+        return data_->Mode();
+    if (is(name, "ConnectionTimeout"))
+        return data_->ConnectionTimeout();
+    if (is(name, "CommandTimeout"))
+        return data_->CommandTimeout();
+    if (is(name, "CacheSize"))
+        return data_->CacheSize();
+    return AutoObject::get(name, index);
+}
+
+void DataControlObject::set(const QString& name, const QVariant& value, const QVariantList& index) {
+    if (is(name, "ConnectionString"))
+        return data_->setConnectionString(vb::toText(value));
+    if (is(name, "RecordSource"))
+        return data_->setRecordSource(vb::toText(value));
+    if (is(name, "CursorLocation"))
+        return data_->setCursorLocation(vb::toInt32(value));
+    if (is(name, "CursorType"))
+        return data_->setCursorType(vb::toInt32(value));
+    if (is(name, "LockType"))
+        return data_->setLockType(vb::toInt32(value));
+    if (is(name, "CommandType"))
+        return data_->setCommandType(vb::toInt32(value));
+    if (is(name, "Mode"))
+        return data_->setMode(vb::toInt32(value));
+    if (is(name, "ConnectionTimeout"))
+        return data_->setConnectionTimeout(vb::toInt32(value));
+    if (is(name, "CommandTimeout"))
+        return data_->setCommandTimeout(vb::toInt32(value));
+    if (is(name, "CacheSize"))
+        return data_->setCacheSize(vb::toInt32(value));
+    AutoObject::set(name, value, index);
+}
+
+QVariant DataControlObject::call(const QString& name, QVariantList& args) {
+    if (is(name, "Refresh")) {
+        data_->Refresh();
+        return {};
+    }
+    return AutoObject::call(name, args);
+}
+
+QStringList DataControlObject::memberNames() const {
+    return {QStringLiteral("Recordset"),         QStringLiteral("ConnectionString"),
+            QStringLiteral("RecordSource"),      QStringLiteral("CursorLocation"),
+            QStringLiteral("CursorType"),        QStringLiteral("LockType"),
+            QStringLiteral("CommandType"),       QStringLiteral("Mode"),
+            QStringLiteral("ConnectionTimeout"), QStringLiteral("CommandTimeout"),
+            QStringLiteral("CacheSize"),         QStringLiteral("Refresh")};
+}
+
+// ----- RecordsetObject -----
+
+RecordsetObject::RecordsetObject(db::Recordset& recordset, AutoPtr owner)
+    : rs_(recordset), owner_(std::move(owner)) {}
 
 QVariant RecordsetObject::get(const QString& name, const QVariantList& index) {
     if (is(name, "BOF"))
         return rs_.BOF();
     if (is(name, "EOF"))
         return rs_.EOF_();
-    if (is(name, "RecordCount"))
-        return rs_.RecordCount();
     if (is(name, "AbsolutePosition"))
         return rs_.AbsolutePosition();
+    if (is(name, "RecordCount"))
+        return rs_.RecordCount();
+    if (is(name, "EditMode"))
+        return rs_.EditMode();
     if (is(name, "State"))
         return rs_.State();
     if (is(name, "Source"))
         return rs_.Source();
-    if (is(name, "Fields")) {
-        if (index.isEmpty())
-            return rs_.FieldCount();
-        const QVariant which = index.value(0);
-        return which.metaType().id() == QMetaType::QString ? rs_.value(which.toString())
-                                                           : rs_.value(vb::toInt32(which));
+    if (is(name, "FieldCount"))
+        return rs_.FieldCount();
+    if (is(name, "Fields") && !index.isEmpty()) {
+        const QVariant key = index.value(0);
+        // Checked now, so that a wrong name fails where it is written.
+        if (key.metaType().id() == QMetaType::QString)
+            rs_.Fields(key.toString());
+        else
+            rs_.Fields(vb::toInt32(key));
+        return toVariant(std::make_shared<FieldObject>(rs_, key, shared_from_this()));
     }
     return AutoObject::get(name, index);
 }
@@ -56,159 +172,202 @@ QVariant RecordsetObject::get(const QString& name, const QVariantList& index) {
 void RecordsetObject::set(const QString& name, const QVariant& value, const QVariantList& index) {
     if (is(name, "AbsolutePosition"))
         return rs_.setAbsolutePosition(vb::toInt32(value));
+    if (is(name, "Fields") && !index.isEmpty()) {
+        const QVariant key = index.value(0);
+        if (key.metaType().id() == QMetaType::QString)
+            return rs_.setValue(key.toString(), value);
+        return rs_.setValue(vb::toInt32(key), value);
+    }
     AutoObject::set(name, value, index);
 }
 
 QVariant RecordsetObject::call(const QString& name, QVariantList& args) {
     if (is(name, "MoveFirst"))
         rs_.MoveFirst();
+    else if (is(name, "MoveLast"))
+        rs_.MoveLast();
     else if (is(name, "MoveNext"))
         rs_.MoveNext();
     else if (is(name, "MovePrevious"))
         rs_.MovePrevious();
-    else if (is(name, "MoveLast"))
-        rs_.MoveLast();
-    else if (is(name, "Fields"))
-        return get(name, args);
+    else if (is(name, "AddNew"))
+        rs_.AddNew();
+    else if (is(name, "Update"))
+        rs_.Update();
+    else if (is(name, "CancelUpdate"))
+        rs_.CancelUpdate();
+    else if (is(name, "Delete"))
+        rs_.Delete(args.isEmpty() ? db::adAffectCurrent : vb::toInt32(args.value(0)));
+    else if (is(name, "Requery"))
+        rs_.Requery();
+    else if (is(name, "Close"))
+        rs_.Close();
     else
         return AutoObject::call(name, args);
     return {};
 }
 
 QStringList RecordsetObject::memberNames() const {
-    return {QStringLiteral("BOF"),         QStringLiteral("EOF"),
-            QStringLiteral("RecordCount"), QStringLiteral("AbsolutePosition"),
-            QStringLiteral("State"),       QStringLiteral("Source"),
-            QStringLiteral("Fields"),      QStringLiteral("MoveFirst"),
-            QStringLiteral("MoveNext"),    QStringLiteral("MovePrevious"),
-            QStringLiteral("MoveLast")};
+    return {QStringLiteral("BOF"),          QStringLiteral("EOF"),        QStringLiteral("AbsolutePosition"),
+            QStringLiteral("RecordCount"),  QStringLiteral("EditMode"),   QStringLiteral("State"),
+            QStringLiteral("Source"),       QStringLiteral("FieldCount"), QStringLiteral("Fields"),
+            QStringLiteral("MoveFirst"),    QStringLiteral("MoveLast"),   QStringLiteral("MoveNext"),
+            QStringLiteral("MovePrevious"), QStringLiteral("AddNew"),     QStringLiteral("Update"),
+            QStringLiteral("CancelUpdate"), QStringLiteral("Delete"),     QStringLiteral("Requery"),
+            QStringLiteral("Close")};
 }
 
-// --- DataControlObject ------------------------------------------------------
+// ----- GridObject -----
 
-DataControlObject::DataControlObject(Control& control) : control_(control) {
-    data_.MoveComplete = [this](int reason, const RuntimeError* error, int status, db::Recordset&) {
-        const auto self = std::static_pointer_cast<DataControlObject>(shared_from_this());
-        EventArgs args{reason, error ? error->number() : 0, status,
-                       toVariant(std::make_shared<RecordsetObject>(self, data_.recordset()))};
-        control_.form().raiseEvent(control_, QStringLiteral("MoveComplete"), args);
-    };
+GridObject::GridObject(Control& grid, QString dataSource, QList<db::GridColumn> columns)
+    : grid_(grid), dataSource_(std::move(dataSource)), columns_(std::move(columns)) {}
+
+db::DataControl* GridObject::dataControl() const {
+    Control* source = grid_.form().find(dataSource_);
+    auto* object = source ? dynamic_cast<DataControlObject*>(source->inner.get()) : nullptr;
+    return object ? &object->data() : nullptr;
 }
 
-DataControlObject::~DataControlObject() {
-    data_.MoveComplete = nullptr;
-}
-
-DataControlObject& DataControlObject::attach(Control& control) {
-    auto data = std::make_shared<DataControlObject>(control);
-    control.inner = data;
-    return *data;
-}
-
-DataControlObject* DataControlObject::of(const Control& control) {
-    return dynamic_cast<DataControlObject*>(control.inner.get());
-}
-
-QVariant DataControlObject::get(const QString& name, const QVariantList& index) {
-    if (is(name, "ConnectionString"))
-        return data_.ConnectionString();
-    if (is(name, "RecordSource"))
-        return data_.RecordSource();
-    if (is(name, "Recordset"))
-        return toVariant(std::make_shared<RecordsetObject>(shared_from_this(), data_.recordset()));
-    return AutoObject::get(name, index);
-}
-
-void DataControlObject::set(const QString& name, const QVariant& value, const QVariantList& index) {
-    if (is(name, "ConnectionString"))
-        return data_.setConnectionString(vb::toText(value));
-    if (is(name, "RecordSource"))
-        return data_.setRecordSource(vb::toText(value));
-    AutoObject::set(name, value, index);
-}
-
-QVariant DataControlObject::call(const QString& name, QVariantList& args) {
-    if (is(name, "Refresh")) {
-        data_.Refresh();
-        return {};
+QVariantList GridObject::rows() const {
+    QVariantList out;
+    db::DataControl* data = dataControl();
+    if (!data)
+        return out;
+    db::DataGridModel model(*data, columns_);
+    const int count = model.rowCount();
+    for (int r = 0; r < count; ++r) {
+        QVariantMap row;
+        for (int c = 0; c < columns_.size(); ++c)
+            row.insert(columns_[c].caption, model.data(model.index(r, c)).toString());
+        out.append(row);
     }
-    return AutoObject::call(name, args);
+    return out;
 }
 
-QStringList DataControlObject::memberNames() const {
-    return {QStringLiteral("ConnectionString"), QStringLiteral("RecordSource"), QStringLiteral("Recordset"),
-            QStringLiteral("Refresh")};
+int GridObject::row() const {
+    db::DataControl* data = dataControl();
+    if (!data || data->Recordset().State() != db::adStateOpen)
+        return -1;
+    const int position = data->Recordset().AbsolutePosition();
+    return position >= 1 ? position - 1 : -1;
 }
 
-// --- GridObject -------------------------------------------------------------
-
-GridObject::GridObject(Control& control) : control_(control) {}
-
-GridObject& GridObject::attach(Control& control, const QString& dataSource, const QStringList& columns) {
-    auto grid = std::make_shared<GridObject>(control);
-    control.setProp(DataSourceProperty, dataSource);
-    control.setProp(ColumnsProperty, columns);
-    control.setProp(AutoSizedProperty, QVariantList());
-    control.inner = grid;
-    return *grid;
-}
-
-GridObject* GridObject::of(const Control& control) {
-    return dynamic_cast<GridObject*>(control.inner.get());
-}
-
-DataControlObject* GridObject::source() const {
-    const Control* data = control_.form().find(control_.prop(DataSourceProperty).toString());
-    return data ? DataControlObject::of(*data) : nullptr;
-}
-
-QStringList GridObject::columns() const {
-    return control_.prop(ColumnsProperty).toStringList();
+void GridObject::selectRow(int row) {
+    db::DataControl* data = dataControl();
+    if (!data || data->Recordset().State() != db::adStateOpen || row < 0 ||
+        row >= data->Recordset().RecordCount())
+        raiseError(err::InvalidProcedureCall, QStringLiteral("The grid has no row %1").arg(row));
+    const int before = this->row();
+    data->Recordset().setAbsolutePosition(row + 1);
+    EventArgs change{before, 0};
+    grid_.form().raiseEvent(grid_, QStringLiteral("RowColChange"), change);
+    grid_.form().raiseEvent(grid_, QStringLiteral("Click"));
 }
 
 QVariant GridObject::get(const QString& name, const QVariantList& index) {
-    if (is(name, "Row")) {
-        DataControlObject* data = source();
-        if (!data || data->recordset().State() != db::adStateOpen)
-            return -1;
-        const int position = data->recordset().AbsolutePosition();
-        return position >= 1 ? position - 1 : -1;
+    if (is(name, "Rows"))
+        return rows();
+    if (is(name, "Row"))
+        return row();
+    if (is(name, "RowCount")) {
+        db::DataControl* data = dataControl();
+        return data && data->Recordset().State() == db::adStateOpen ? data->Recordset().RecordCount() : 0;
     }
+    if (is(name, "DataSource"))
+        return dataSource_;
     if (is(name, "ColumnCount"))
-        return static_cast<int>(columns().size());
+        return static_cast<int>(columns_.size());
+    if (is(name, "Columns")) {
+        if (index.isEmpty())
+            return static_cast<int>(columns_.size());
+        const int c = vb::toInt32(index.value(0));
+        if (c < 0 || c >= columns_.size())
+            raiseError(err::InvalidProcedureCall, QStringLiteral("The grid has no column %1").arg(c));
+        return columns_[c].caption;
+    }
     return AutoObject::get(name, index);
 }
 
 void GridObject::set(const QString& name, const QVariant& value, const QVariantList& index) {
-    if (is(name, "Row")) {
-        DataControlObject* data = source();
-        const int row = vb::toInt32(value);
-        if (!data || data->recordset().State() != db::adStateOpen)
-            raiseError(NoCurrentRecord, QStringLiteral("Either BOF or EOF is True, or the current record has "
-                                                       "been deleted"));
-        if (row < 0 || row >= data->recordset().RecordCount())
-            raiseError(InvalidPropertyValue, QStringLiteral("Invalid property value"));
-        data->recordset().setAbsolutePosition(row + 1);
-        return;
-    }
+    if (is(name, "Row"))
+        return selectRow(vb::toInt32(value));
     AutoObject::set(name, value, index);
 }
 
 QVariant GridObject::call(const QString& name, QVariantList& args) {
+    if (is(name, "SelectRow")) {
+        selectRow(vb::toInt32(args.value(0)));
+        return {};
+    }
+    if (is(name, "Refresh"))
+        return {}; // the grid shows the recordset as it is at every paint
     if (is(name, "AutoSize")) {
+        // Sizes a column to its content; the view does the sizing, and the
+        // columns sized so far are listed, in order, in AutoSized.
         const int column = vb::toInt32(args.value(0));
-        if (column < 0 || column >= columns().size())
-            raiseError(InvalidPropertyValue, QStringLiteral("Invalid property value"));
-        QVariantList sized = control_.prop(AutoSizedProperty).toList();
+        if (column < 0 || column >= columns_.size())
+            raiseError(err::InvalidProcedureCall, QStringLiteral("The grid has no column %1").arg(column));
+        QVariantList sized = grid_.prop(AutoSizedProperty).toList();
         sized << column;
-        control_.setProp(AutoSizedProperty, sized);
+        grid_.setProp(AutoSizedProperty, sized);
         return {};
     }
     return AutoObject::call(name, args);
 }
 
 QStringList GridObject::memberNames() const {
-    return {QStringLiteral("Row"), QStringLiteral("ColumnCount"), QStringLiteral("AutoSize")};
+    return {QStringLiteral("Rows"),       QStringLiteral("Row"),         QStringLiteral("RowCount"),
+            QStringLiteral("DataSource"), QStringLiteral("Columns"),     QStringLiteral("SelectRow"),
+            QStringLiteral("Refresh"),    QStringLiteral("ColumnCount"), QStringLiteral("AutoSize")};
+}
+
+// ----- making and finding -----
+
+db::DataControl& makeDataControl(Control& control) {
+    auto object = std::make_shared<DataControlObject>(control);
+    control.inner = object;
+    return object->data();
+}
+
+db::DataControl& dataControlOf(const Control& control) {
+    auto* object = dynamic_cast<DataControlObject*>(control.inner.get());
+    if (!object)
+        raiseNoMember(control.fullName(), QStringLiteral("Recordset"));
+    return object->data();
+}
+
+GridObject& makeDataGrid(Control& grid, const QString& dataSource, QList<db::GridColumn> columns) {
+    auto object = std::make_shared<GridObject>(grid, dataSource, std::move(columns));
+    grid.inner = object;
+    grid.setProp(QStringLiteral("DataSource"), dataSource);
+    return *object;
+}
+
+GridObject* gridOf(const Control& grid) {
+    return dynamic_cast<GridObject*>(grid.inner.get());
+}
+
+// ----- BoundText -----
+
+BoundText::BoundText(Control& box, db::DataControl& data, const QString& dataField)
+    : box_(box), data_(data), field_(std::make_unique<db::BoundField>(data, dataField)) {
+    box_.setProp(QStringLiteral("DataField"), dataField);
+    field_->onTextChanged = [this](const QString& text) {
+        showing_ = true;
+        box_.setText(text);
+        showing_ = false;
+    };
+}
+
+BoundText::~BoundText() = default;
+
+void BoundText::boxChanged() {
+    if (showing_)
+        return;
+    db::Recordset& rs = data_.Recordset();
+    if (rs.State() != db::adStateOpen || rs.BOF() || rs.EOF_() || rs.AbsolutePosition() == db::adPosUnknown)
+        return;
+    field_->setText(box_.text());
 }
 
 } // namespace tessaly

@@ -1,52 +1,33 @@
 #pragma once
 
-#include "core/db/DataControl.h"
+#include "core/db/DataGridModel.h"
 #include "core/runtime/AutoObject.h"
 
-#include <QStringList>
+#include <QList>
+#include <QString>
 #include <memory>
 
 namespace tessaly {
 
 class Control;
 
-// The recordset of a bound data control as the logic and the script driver
-// reach it by name: BOF, EOF, RecordCount, AbsolutePosition, the moves and
-// Fields("Name"). It keeps its data control alive.
-class RecordsetObject final : public AutoObject {
-public:
-    RecordsetObject(std::shared_ptr<AutoObject> owner, db::Recordset& recordset);
+namespace db {
+class BoundField;
+class DataControl;
+class Recordset;
+} // namespace db
 
-    db::Recordset& recordset() const { return rs_; }
-
-    QString typeName() const override { return QStringLiteral("Recordset"); }
-    QVariant get(const QString& name, const QVariantList& index = {}) override;
-    void set(const QString& name, const QVariant& value, const QVariantList& index = {}) override;
-    QVariant call(const QString& name, QVariantList& args) override;
-    QStringList memberNames() const override;
-
-private:
-    std::shared_ptr<AutoObject> owner_;
-    db::Recordset& rs_;
-};
-
-// The engine behind a control of kind DataControl (RS1 of the e-mail
-// window): a data control with its own connection, reached by name as
-// ConnectionString, RecordSource, Refresh and Recordset. Every move of its
-// recordset raises the control's MoveComplete with the reason, the error
-// number (0 for none), the status and the recordset.
+// The data control of a form as the logic and the script driver reach it by
+// name: ConnectionString, RecordSource, the settings of the control, Refresh
+// and its Recordset. The control's MoveComplete reaches the form as the
+// control's own event, with the reason, the number of the operation's error
+// (0 when none), the status and the recordset.
 class DataControlObject final : public AutoObject {
 public:
     explicit DataControlObject(Control& control);
     ~DataControlObject() override;
 
-    // Gives `control` a data control, kept as its inner object, and returns it.
-    static DataControlObject& attach(Control& control);
-    // The data control behind a control, or null when it has none.
-    static DataControlObject* of(const Control& control);
-
-    db::DataControl& dataControl() { return data_; }
-    db::Recordset& recordset() { return data_.recordset(); }
+    db::DataControl& data() { return *data_; }
 
     QString typeName() const override { return QStringLiteral("Adodc"); }
     QVariant get(const QString& name, const QVariantList& index = {}) override;
@@ -56,34 +37,89 @@ public:
 
 private:
     Control& control_;
-    db::DataControl data_;
+    std::unique_ptr<db::DataControl> data_;
 };
 
-// The engine behind a control of kind Grid bound to a data control of its
-// form (the control's DataSource property names it). Its columns show the
-// fields named by its Columns property; Row is the row of the bound
-// recordset's cursor (counted from 0), and setting it moves the cursor there
-// as a click on the row does. AutoSize(i) sizes column i to its content; the
-// columns sized so far are listed, in order, in the AutoSized property.
-class GridObject final : public AutoObject {
+// A recordset reached by name: BOF, EOF, AbsolutePosition, RecordCount,
+// EditMode, State, Source, Fields("Name") (a field that prints as its value,
+// with Value and Name), and the moves and writes of the recordset.
+class RecordsetObject final : public AutoObject {
 public:
-    explicit GridObject(Control& control);
+    // `owner` keeps the recordset's holder alive while this object lives.
+    RecordsetObject(db::Recordset& recordset, AutoPtr owner);
 
-    static GridObject& attach(Control& control, const QString& dataSource, const QStringList& columns);
-    static GridObject* of(const Control& control);
-
-    // The data control the grid shows, or null when its DataSource names none.
-    DataControlObject* source() const;
-    QStringList columns() const;
-
-    QString typeName() const override { return QStringLiteral("DataGrid"); }
+    QString typeName() const override { return QStringLiteral("Recordset"); }
     QVariant get(const QString& name, const QVariantList& index = {}) override;
     void set(const QString& name, const QVariant& value, const QVariantList& index = {}) override;
     QVariant call(const QString& name, QVariantList& args) override;
     QStringList memberNames() const override;
 
 private:
-    Control& control_;
+    db::Recordset& rs_;
+    AutoPtr owner_;
+};
+
+// A data grid of a form bound to a data control of the same form: its
+// columns, the rows it shows (Rows: one object per row keyed by the column
+// captions, the values as the grid writes them), the current row (Row, from 0,
+// -1 on none) and SelectRow, which moves the data control to a row as a click
+// on that row does.
+class GridObject final : public AutoObject {
+public:
+    GridObject(Control& grid, QString dataSource, QList<db::GridColumn> columns);
+
+    // The data control named by DataSource; nullptr when the form has none.
+    db::DataControl* dataControl() const;
+    const QList<db::GridColumn>& columns() const { return columns_; }
+    const QString& dataSource() const { return dataSource_; }
+    QVariantList rows() const;
+    int row() const;
+    // Moves the data control to the row (from 0): a pending edit is written
+    // first and MoveComplete runs; the grid then raises RowColChange and Click.
+    void selectRow(int row);
+
+    QString typeName() const override { return QStringLiteral("TDBGrid"); }
+    QVariant get(const QString& name, const QVariantList& index = {}) override;
+    void set(const QString& name, const QVariant& value, const QVariantList& index = {}) override;
+    QVariant call(const QString& name, QVariantList& args) override;
+    QStringList memberNames() const override;
+
+private:
+    Control& grid_;
+    QString dataSource_;
+    QList<db::GridColumn> columns_;
+};
+
+// Makes a control of kind DataControl a data control with the engine behind it.
+db::DataControl& makeDataControl(Control& control);
+// The engine of a data control; error 438 when the control is none.
+db::DataControl& dataControlOf(const Control& control);
+// Makes a control of kind Grid a grid bound to the data control named `dataSource`.
+GridObject& makeDataGrid(Control& grid, const QString& dataSource, QList<db::GridColumn> columns);
+// The binding of a grid control, or nullptr.
+GridObject* gridOf(const Control& grid);
+
+// A text box bound to a field of a data control: the box shows the field of
+// the current row and follows every move. What is typed or set into the box
+// is written to the field (which puts the row into edit) when the recordset
+// stands on a row; otherwise the text stays in the box only, until the next
+// move shows the field again. The form calls `boxChanged` from the box's
+// Change event.
+class BoundText {
+public:
+    BoundText(Control& box, db::DataControl& data, const QString& dataField);
+    ~BoundText();
+    BoundText(const BoundText&) = delete;
+    BoundText& operator=(const BoundText&) = delete;
+
+    void boxChanged();
+    Control& box() const { return box_; }
+
+private:
+    Control& box_;
+    db::DataControl& data_;
+    std::unique_ptr<db::BoundField> field_;
+    bool showing_ = false;
 };
 
 } // namespace tessaly

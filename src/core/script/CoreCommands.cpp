@@ -5,7 +5,9 @@
 #include "core/files/FileSystem.h"
 #include "core/forms/Control.h"
 #include "core/forms/ControlEvents.h"
+#include "core/forms/DataBinding.h"
 #include "core/forms/Form.h"
+#include "core/forms/TabStrip.h"
 #include "core/runtime/RuntimeError.h"
 #include "core/script/ScriptJson.h"
 #include "core/script/ScriptRegistry.h"
@@ -119,9 +121,23 @@ void blur(Runner& run, const Tokens& t) {
         c.form().raiseEvent(c, QStringLiteral("LostFocus"));
 }
 
+// A row of a data grid, from 0: the grid moves its data control there, as a
+// click on the row does.
+void selectGridRow(Runner& run, Control& grid, const Token& item) {
+    GridObject* binding = gridOf(grid);
+    const int rows = binding ? binding->get(QStringLiteral("RowCount")).toInt() : 0;
+    bool ok = false;
+    const int row = item.text.startsWith(QLatin1Char('#')) ? item.text.mid(1).toInt(&ok) : -1;
+    if (!binding || item.quoted || !ok || row < 0 || row >= rows)
+        throw LineError(QStringLiteral("no row '%1' in %2").arg(item.text, grid.fullName()));
+    run.app().dispatch([&] { binding->selectRow(row); });
+}
+
 void select(Runner& run, const Tokens& t) {
     needs(t, 3, QStringLiteral("select needs a name and an item"));
     Control& c = inputControl(run, t, QStringLiteral("select"));
+    if (c.kind() == ControlKind::Grid)
+        return selectGridRow(run, c, t[2]);
     int idx = -1;
     if (!t[2].quoted && t[2].text.startsWith(QLatin1Char('#')))
         idx = t[2].text.mid(1).toInt();
@@ -150,6 +166,10 @@ void key(Runner& run, const Tokens& t) {
 void tab(Runner& run, const Tokens& t) {
     needs(t, 3, QStringLiteral("tab needs a name and a tab number"));
     Control& c = inputControl(run, t, QStringLiteral("tab"));
+    // A disabled tab takes no click.
+    const int chosen = t[2].text.toInt();
+    if (chosen >= 0 && chosen < tabs::count(c) && !tabs::enabled(c, chosen + 1))
+        return;
     EventArgs args{c.prop(QStringLiteral("Tab"))};
     c.setProp(QStringLiteral("Tab"), t[2].text.toInt());
     c.form().raiseEvent(c, QStringLiteral("Click"), args);

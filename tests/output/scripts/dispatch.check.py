@@ -43,7 +43,7 @@ with tempfile.TemporaryDirectory() as out:
     open(archive, "wb").write(zip_part.get_payload(decode=True))
     listing = subprocess.run(["unzip", "-Z1", archive], capture_output=True, check=True).stdout.decode()
     names = sorted(listing.split("\n")[:-1])
-    assert names == ["Première Étage.emf", "Première Étage.wmf"], names
+    assert names == ["Première Étage.emf", "Première Étage.pdf", "Première Étage.wmf"], names
     subprocess.run(["unzip", "-q", archive, "-d", os.path.join(out, "x")], check=True)
     for name in names:
         got = open(os.path.join(out, "x", name), "rb").read()

@@ -1,0 +1,93 @@
+#!/usr/bin/env bash
+# Takes screenshots of the project manager under a virtual display, with a
+# client, its sites and plans loaded:
+#   projects-no-client.png      the window as it opens, no client chosen
+#   projects-site-details.png   tab 1 with the first site on show
+#   projects-site-new.png       a new site: the boxes unlocked in light green
+#   projects-site-list.png      the site list over the tab
+#   projects-project-drawings.png  tab 2, the plan grid
+#   projects-new-plan.png       the new plan panel over the grid
+#   projects-import-plan.png    the import panel over the grid
+#   projects-project-planner.png, projects-project-costs.png  tabs 3 and 4
+#   projects-client.png         the client window of the chosen client
+#   projects-desktop.png        the desktop program with the project manager
+#                               opened from the File menu over the main window
+#   projects-desktop-site.png   the same after choosing the client by the mouse
+#   projects-desktop-drawings.png  and after a click on tab 2
+# The first ten come from the project manager's view test, which saves each
+# window when TESSALY_SHOT_DIR names a folder; the last is the desktop program
+# on a home that a script has filled.
+# Usage: scripts/screenshot-projects.sh [build-dir] [output-dir]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+build=${1:-build}
+out=${2:-docs/screenshots}
+tests="$PWD/$build/tests/ui/ui_tests"
+[ -x "$tests" ] || { echo "no test program at $tests: build ui_tests first" >&2; exit 1; }
+mkdir -p "$out"
+out=$(cd "$out" && pwd)
+TESSALY_SHOT_DIR="$out" QT_QPA_PLATFORM=xcb xvfb-run -a -s "-screen 0 1280x1024x24" \
+  "$tests" --gtest_filter='ProjectsView.*'
+
+exe="$PWD/$build/app/tessaly/tessaly"
+driver="$PWD/$build/app/script/tessaly-script"
+[ -x "$exe" ] && [ -x "$driver" ] || { echo "build tessaly and tessaly-script for projects-desktop.png" >&2; exit 1; }
+home=$(mktemp -d)
+trap 'rm -rf "$home"' EXIT
+"$driver" --home "$home" - >/dev/null <<'SCRIPT'
+install
+start
+click frmMain.mnuFile_OpenProject
+click frmClientSites.cmdNewClient
+type frmNew.txtClient(0) "Harbour Homes Ltd"
+type frmNew.txtClient(1) "12 Quay Street"
+type frmNew.txtClient(5) "TR1 2AB"
+click frmNew.cmdSaveClient
+select frmClientSites.cboCilent #0
+click frmClientSites.cmdSiteDetailButton(2)
+type frmClientSites.txtSiteDetails(11) "Barn Conversion"
+type frmClientSites.txtSiteDetails(0) "Old Barn, Trelowen Lane"
+type frmClientSites.txtSiteDetails(2) "Truro"
+type frmClientSites.txtSiteDetails(4) "TR3 6QB"
+click frmClientSites.cmdSiteDetailButton(4)
+click frmClientSites.cmdSiteDetailButton(2)
+type frmClientSites.txtSiteDetails(11) "Kitchen Extension"
+type frmClientSites.txtSiteDetails(0) "4 Fore Street"
+click frmClientSites.cmdSiteDetailButton(4)
+tab frmClientSites.Tabs1 1
+click frmClientSites.cmdNewDrawing
+type frmClientSites.txtPlanDesc "Ground Floor"
+click frmClientSites.cmdOk
+close frmMain
+SCRIPT
+cat >"$home/shoot.sh" <<'SHOOT'
+set -euo pipefail
+exe=$1 home=$2 out=$3
+"$exe" --home "$home" &
+pid=$!
+trap 'kill "$pid" 2>/dev/null || true' EXIT
+xdotool search --sync --onlyvisible --name '^Tessaly - ' >/dev/null
+sleep 1
+main=$(xdotool search --onlyvisible --name '^Tessaly - ' | head -1)
+eval "$(xdotool getwindowgeometry --shell "$main")"
+# File, then its second entry "Project Files", then its first entry.
+xdotool mousemove $((X + 18)) $((Y + 10)) click 1
+sleep 0.5
+xdotool key Down Down Right Return
+xdotool search --sync --onlyvisible --name '^Clients And Site Details$' >/dev/null
+sleep 1
+import -window root "$out/projects-desktop.png"
+# The client from the combo (a click opens it, a key chooses), then tab 2.
+manager=$(xdotool search --onlyvisible --name '^Clients And Site Details$' | head -1)
+eval "$(xdotool getwindowgeometry --shell "$manager")"
+xdotool mousemove $((X + 150)) $((Y + 72)) click 1
+sleep 0.5
+xdotool key Down Return
+sleep 1
+import -window root "$out/projects-desktop-site.png"
+xdotool mousemove $((X + 150)) $((Y + 104)) click 1
+sleep 1
+import -window root "$out/projects-desktop-drawings.png"
+SHOOT
+xvfb-run -a -s "-screen 0 1280x1024x24" bash "$home/shoot.sh" "$exe" "$home" "$out"
+ls -l "$out"/projects-*.png

@@ -105,6 +105,17 @@ protected:
                     QStringLiteral("%1.tiff cannot be written: the folder %2 does not exist-Tessaly")
                         .arg(stem(), storePath(QStringLiteral("Old Barn")))};
     }
+    // The boxes a save shows for a plan whose site folder is gone: the
+    // conversion's own failure, then the PDF's in-use message; the scratch
+    // copy in the home is written all the same.
+    void expectMissingFolderBoxes() {
+        const QStringList shown = takeBoxes();
+        ASSERT_EQ(shown.size(), 2);
+        EXPECT_TRUE(shown[0].startsWith(QLatin1String("Error in ConvertEMFtoWMF Process- ")))
+            << shown[0].toStdString();
+        EXPECT_EQ(shown[1], PdfInUse);
+        EXPECT_TRUE(QFileInfo::exists(printTemp()));
+    }
     // One page of US Letter as the layout lays it, sound by qpdf, showing
     // the plan's rectangle in its proportions.
     void expectPdf(const QString& file, const QString& pageSize) {
@@ -245,12 +256,7 @@ TEST_P(ProjectSave, EachUseDiffersAsItsRowSays) {
             // Each failure is logged and the next step runs.
             EXPECT_NO_THROW(app->planRoad.saveProjectOutputs(u.use));
             EXPECT_EQ(logged(), missingFolderLines(QString::fromLatin1(u.trappedBy)));
-            const QStringList shown = takeBoxes();
-            ASSERT_EQ(shown.size(), 2);
-            EXPECT_TRUE(shown[0].startsWith(QLatin1String("Error in ConvertEMFtoWMF Process- ")))
-                << shown[0].toStdString();
-            EXPECT_EQ(shown[1], PdfInUse);
-            EXPECT_TRUE(QFileInfo::exists(printTemp()));
+            expectMissingFolderBoxes();
         } else {
             // The failure ends the save and goes to the caller: nothing is logged, nothing follows.
             const RuntimeError e = db::test::errorOf([&] { app->planRoad.saveProjectOutputs(u.use); });
@@ -420,12 +426,7 @@ TEST_P(ProjectSave, ARemovedSiteFolderLogsEachFailedStep) {
     // written; the PDF export meets error 7001, shows its message and goes
     // on; the TIFF export passes its 7001 to the trap, which logs it.
     EXPECT_EQ(logged(), missingFolderLines(QStringLiteral("mnuFile_Save_Click")));
-    const QStringList shown = takeBoxes();
-    ASSERT_EQ(shown.size(), 2);
-    EXPECT_TRUE(shown[0].startsWith(QLatin1String("Error in ConvertEMFtoWMF Process- ")))
-        << shown[0].toStdString();
-    EXPECT_EQ(shown[1], PdfInUse);
-    EXPECT_TRUE(QFileInfo::exists(printTemp()));
+    expectMissingFolderBoxes();
     EXPECT_FALSE(QFileInfo::exists(storePath(QStringLiteral("Old Barn"))));
     // The TIFF export ended at its fault, before it unloaded its layout.
     EXPECT_NE(exports().loadedLayout(QStringLiteral("ExportOuputLandscape")), nullptr);

@@ -25,7 +25,9 @@ const QRect TimeLinePanel(3000, 1800, 4800, 1860);
 // The booking dialog over the schedule: a title band, then label and value columns.
 constexpr int BookingWidth = 6240;
 constexpr int BookingHeight = 4560;
-const QRect BookingPanel((TabsWidth - BookingWidth) / 2, 780, BookingWidth, BookingHeight);
+// It stands at the right, below the buttons, so that the row titles and the first days stay in sight.
+const QRect BookingPanel(TabsWidth - BookingWidth - 2 * Margin, ScheduleTop + 480, BookingWidth,
+                         BookingHeight);
 constexpr int TitleBandHeight = 330;
 constexpr unsigned TitleBandColour = 0x800000; // dark blue, as a window's title
 constexpr unsigned TitleTextColour = 0xFFFFFF;
@@ -43,7 +45,7 @@ constexpr int SingleBorder = 1;             // a label's BorderStyle with a sing
 // Tab 4: the grid over the inputs, the buttons at the right.
 constexpr int CostGridHeight = 3300;
 constexpr int CostInputsTop = TabContentTop + CostGridHeight + 180;
-constexpr int CostLabelWidth = 3000;
+constexpr int CostLabelWidth = 3900;
 constexpr int CostBoxLeft = Margin + CostLabelWidth + 60;
 constexpr int CostComboWidth = 4200;
 constexpr int CostBoxWidth = 1800;

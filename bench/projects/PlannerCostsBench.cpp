@@ -24,6 +24,8 @@
 #include "workspace/Application.h"
 #include "workspace/frmMain.h"
 
+#include "../support/ProgramOnDatabase.h"
+
 #include <QCoreApplication>
 #include <QDate>
 #include <QSqlDatabase>
@@ -67,12 +69,7 @@ void addBookings(QSqlQuery& q, int site, int count) {
 }
 
 void fill(const QString& path) {
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("fill"));
-        db.setDatabaseName(path);
-        db.open();
-        QSqlQuery q(db);
-        q.exec(QStringLiteral("BEGIN"));
+    tessaly::bench::fillDatabase(path, [](QSqlQuery& q) {
         q.exec(QStringLiteral(
             "INSERT INTO Clients (Client, Address, PostCode) VALUES ('Big Builds', 'Quay', 'PL1')"));
         for (const char* site : {"Costs", "Ten thousand", "Hundred thousand"})
@@ -97,41 +94,17 @@ void fill(const QString& path) {
             q.addBindValue(static_cast<qlonglong>(i % 700) * CurrencyUnit);
             q.exec();
         }
-        q.exec(QStringLiteral("COMMIT"));
-        q.finish();
-        db.close();
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("fill"));
+    });
 }
 
 // Tessaly started on the benchmark's home with the large database, the
 // project manager open on the first client.
-struct Run {
-    ScriptedUiPort port;
-    RecordingWaiter waiter;
-    std::unique_ptr<Application> app;
+struct Run : tessaly::bench::ProgramOnDatabase {
     frmClientSites* manager = nullptr;
 
-    Run() {
-        app = program::makeApplication(port, waiter, AppHome(homeDir->path()));
-        app->Main();
-        Form& splash = app->form(QStringLiteral("frmSplash"));
-        splash.raiseEvent(splash.control(QStringLiteral("Timer1")), QStringLiteral("Timer"));
-        app->CloseDatabase();
-        app->gDatabaseLocation = databasePath;
-        app->gConnectionString = QStringLiteral("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=") +
-                                 databasePath + QStringLiteral(";Persist Security Info=False;");
-        app->OpenConnection();
-        frmMain& main = app->form<frmMain>();
-        app->dispatch([&] {
-            main.raiseEvent(main.control(QStringLiteral("mnuFile_OpenProject")), QStringLiteral("Click"));
-        });
-        manager = static_cast<frmClientSites*>(app->loaded(QStringLiteral("frmClientSites")));
+    Run() : ProgramOnDatabase(homeDir->path(), databasePath) {
+        manager = &openManager();
         app->dispatch([&] { manager->cboCilent.setListIndex(0); });
-    }
-    ~Run() {
-        app->CloseDatabase();
-        app->releaseInstanceLock();
     }
 };
 

@@ -55,6 +55,19 @@ constexpr int TotalTop = CostInputsTop + 3 * RowStep + 120;
 // The grid's columns, widths in pixels where they are narrower than their content.
 constexpr int SiteIdColumn = 0;
 
+// A button of a tab with its caption, tool tip and width.
+struct TabButton {
+    Control* c;
+    const char* caption;
+    const char* tip;
+    int width;
+    // Gives the button its caption and tool tip.
+    void name() const {
+        c->setCaption(QString::fromLatin1(caption));
+        c->setToolTipText(QString::fromLatin1(tip));
+    }
+};
+
 } // namespace
 
 void frmClientSites::buildPlannerTab() {
@@ -74,13 +87,7 @@ void frmClientSites::buildPlannerTab() {
     placeOnTab(ctSchedule1, PlannerTab);
     placeOnTab(ctTips1, PlannerTab);
 
-    struct Button {
-        Control* c;
-        const char* caption;
-        const char* tip;
-        int width;
-    };
-    const Button buttons[] = {
+    const TabButton buttons[] = {
         {&cmdNewTimeLineElement, "New Time Line", "Add a new project time line", 1560},
         {&cmdDeleteTimeBar, "Delete Booking", "Delete Selected Time Line Item", 1560},
         {&cmdRefreshSchedule, "Refresh", "Refresh Schedule", 1080},
@@ -89,9 +96,8 @@ void frmClientSites::buildPlannerTab() {
         {&cmdPrintSchedule, "Print", "Print Schedule", 1080},
     };
     int left = Margin;
-    for (const Button& b : buttons) {
-        b.c->setCaption(QString::fromLatin1(b.caption));
-        b.c->setToolTipText(QString::fromLatin1(b.tip));
+    for (const TabButton& b : buttons) {
+        b.name();
         b.c->move(left, TabContentTop, b.width, ButtonHeight);
         placeOnTab(*b.c, PlannerTab);
         left += b.width + PlannerButtonGap;
@@ -206,21 +212,15 @@ void frmClientSites::buildCostsTab() {
     txtTotal.setLocked(true);
     txtTotal.setProp(QStringLiteral("FontBold"), true);
 
-    struct Button {
-        Control* c;
-        const char* caption;
-        const char* tip;
-    };
-    const Button buttons[] = {
-        {&cmdAddProjectCost, "Add Cost", "Add project cost element to the list"},
-        {&cmdDeleteItem, "Delete Cost", "Delete Item From The List"},
-        {&cmdPrintCosts, "Print Costs", "Print Project Costs and Estimations report"},
+    const TabButton buttons[] = {
+        {&cmdAddProjectCost, "Add Cost", "Add project cost element to the list", CostButtonWidth},
+        {&cmdDeleteItem, "Delete Cost", "Delete Item From The List", CostButtonWidth},
+        {&cmdPrintCosts, "Print Costs", "Print Project Costs and Estimations report", CostButtonWidth},
     };
     int top = CostInputsTop;
-    for (const Button& b : buttons) {
-        b.c->setCaption(QString::fromLatin1(b.caption));
-        b.c->setToolTipText(QString::fromLatin1(b.tip));
-        b.c->move(CostButtonLeft, top, CostButtonWidth, ButtonHeight);
+    for (const TabButton& b : buttons) {
+        b.name();
+        b.c->move(CostButtonLeft, top, b.width, ButtonHeight);
         placeOnTab(*b.c, CostsTab);
         top += RowStep;
     }

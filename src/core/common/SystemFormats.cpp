@@ -2,6 +2,7 @@
 
 #include <QLocale>
 #include <QRegularExpression>
+#include <cmath>
 
 namespace tessaly::sysfmt {
 
@@ -44,8 +45,13 @@ QString longDate(const QDate& date) {
 }
 
 QString currency(double value, int decimals) {
+    // A negative amount takes the locale's minus sign before its symbol
+    // ("-£12.00"), as the desktop's regional settings write it by default,
+    // not the brackets of an accountant's format.
     const QLocale locale;
-    return locale.toCurrencyString(value, locale.currencySymbol(), decimals);
+    const QString amount = locale.toCurrencyString(std::abs(value), locale.currencySymbol(), decimals);
+    const QString zero = locale.toCurrencyString(0.0, locale.currencySymbol(), decimals);
+    return value < 0 && amount != zero ? locale.negativeSign() + amount : amount;
 }
 
 QDate dateFromText(const QString& text) {

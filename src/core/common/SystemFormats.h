@@ -19,7 +19,8 @@ QString longTime(const QTime& time);
 QString generalDate(const QDateTime& dateTime);
 // The long date: "Monday, 23 November 2026" in en_GB.
 QString longDate(const QDate& date);
-// A currency text with `decimals` decimals: "£1,234.50", "-£12.00" in en_GB.
+// A currency text with `decimals` decimals: "£1,234.50", "-£12.00" in en_GB
+// (a negative amount that rounds to zero shows as zero).
 QString currency(double value, int decimals);
 // A date typed as text in the short date's order of day, month and year
 // ("01/01/1900"); an invalid date when the text is none.

@@ -424,6 +424,15 @@ TEST_F(ProjectsView, ThePlannerShowsTheBookingsTheBookingPanelAndATip) {
     EXPECT_EQ(manager().txtBarText.text(), QStringLiteral("Dig footings"));
     EXPECT_EQ(manager().STime.value(), 480);
     shoot(*view, "planner-booking-panel");
+    // Cancel rebuilds the chart; a new time line's panel.
+    click(manager().cmdCancelSchedule);
+    EXPECT_FALSE(manager().ScheduleItem.visible());
+    EXPECT_EQ(chart.model().totalBars(), 20);
+    click(manager().cmdNewTimeLineElement);
+    auto* description = widget<QLineEdit>(manager().txtTimeLineDesc);
+    ASSERT_NE(description, nullptr);
+    EXPECT_TRUE(description->isVisible());
+    shoot(*view, "planner-time-line");
 }
 
 TEST_F(ProjectsView, TheClientWindowShowsTheChosenClient) {

@@ -150,15 +150,10 @@ BENCHMARK(BM_CostTabEntry)->Unit(benchmark::kMillisecond);
 int main(int argc, char** argv) {
     QCoreApplication qt(argc, argv);
     QLocale::setDefault(QLocale(QStringLiteral("en_GB")));
-    homeDir = std::make_unique<QTemporaryDir>();
-    program::installHome(AppHome(homeDir->path()));
     QTemporaryDir dir;
     databasePath = dir.filePath(QStringLiteral("KORV.mdb"));
-    if (db::createProjectDatabase(databasePath))
-        fill(databasePath);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
+    homeDir = tessaly::bench::prepare(databasePath, fill);
+    const int status = tessaly::bench::runBenchmarks(argc, argv);
     homeDir.reset();
-    return 0;
+    return status;
 }

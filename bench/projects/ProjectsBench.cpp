@@ -164,16 +164,11 @@ BENCHMARK(BM_SaveProjectOutputs)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 int main(int argc, char** argv) {
     QCoreApplication qt(argc, argv);
-    homeDir = std::make_unique<QTemporaryDir>();
-    program::installHome(AppHome(homeDir->path()));
     QTemporaryDir dir;
     const QString kept = qEnvironmentVariable("TESSALY_BENCH_PROJECTS_DB");
     databasePath = kept.isEmpty() ? dir.filePath(QStringLiteral("KORV.mdb")) : kept;
-    if (db::createProjectDatabase(databasePath))
-        fill(databasePath);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
+    homeDir = tessaly::bench::prepare(databasePath, fill);
+    const int status = tessaly::bench::runBenchmarks(argc, argv);
     homeDir.reset();
-    return 0;
+    return status;
 }

@@ -3,6 +3,7 @@
 // Tessaly started for a benchmark on an installed home with a project
 // database file of the benchmark's own, and the filling of such a file.
 
+#include "core/db/ProjectDatabase.h"
 #include "core/port/ScriptedUiPort.h"
 #include "core/runtime/Waiter.h"
 #include "program/Program.h"
@@ -12,6 +13,8 @@
 
 #include <QSqlDatabase>
 #include <QSqlQuery>
+#include <QTemporaryDir>
+#include <benchmark/benchmark.h>
 #include <functional>
 #include <memory>
 
@@ -69,5 +72,24 @@ struct ProgramOnDatabase {
         return static_cast<frmClientSites&>(*app->loaded(QStringLiteral("frmClientSites")));
     }
 };
+
+// A benchmark's home, installed in a temporary folder, and its project
+// database at `database`, made and filled by `fill` when it is new.
+inline std::unique_ptr<QTemporaryDir> prepare(const QString& database,
+                                              const std::function<void(const QString&)>& fill) {
+    auto home = std::make_unique<QTemporaryDir>();
+    program::installHome(AppHome(home->path()));
+    if (db::createProjectDatabase(database))
+        fill(database);
+    return home;
+}
+
+// Runs the benchmarks that the command line selects; the exit status.
+inline int runBenchmarks(int& argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
 
 } // namespace tessaly::bench

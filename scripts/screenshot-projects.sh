@@ -9,12 +9,18 @@
 #   projects-new-plan.png       the new plan panel over the grid
 #   projects-import-plan.png    the import panel over the grid
 #   projects-project-planner.png, projects-project-costs.png  tabs 3 and 4
+#   projects-costs-lines.png    tab 4 with five cost lines and their total
+#   projects-cost-report.png    the cost report of those lines in the report viewer
+#   projects-planner-bookings.png  tab 3 with twenty bookings on five time
+#                               lines and the tip of one
+#   projects-planner-booking-panel.png  the booking panel over the chart
+#   projects-planner-time-line.png  the panel of a new time line
 #   projects-client.png         the client window of the chosen client
 #   projects-desktop.png        the desktop program with the project manager
 #                               opened from the File menu over the main window
 #   projects-desktop-site.png   the same after choosing the client by the mouse
 #   projects-desktop-drawings.png  and after a click on tab 2
-# The first ten come from the project manager's view test, which saves each
+# The first fifteen come from the project manager's view test, which saves each
 # window when TESSALY_SHOT_DIR names a folder; the last is the desktop program
 # on a home that a script has filled.
 # Usage: scripts/screenshot-projects.sh [build-dir] [output-dir]

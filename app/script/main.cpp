@@ -1,7 +1,9 @@
 // tessaly-script: runs Tessaly headless from a script.
 //
-//   tessaly-script [--home DIR] [--screen WxH] SCRIPT
+//   tessaly-script [--home DIR] [--screen WxH] [--locale NAME] SCRIPT
 //
+// --locale names the system's locale whose date and currency formats the
+// program uses (default en_GB).
 // SCRIPT may be "-" for standard input. Exit status: 0 when the script ran to
 // its end and every expect held, 1 at the first failed expect, 2 when a line
 // cannot be run.
@@ -12,15 +14,19 @@
 
 #include <QFile>
 #include <QGuiApplication>
+#include <QLocale>
 #include <QRegularExpression>
 #include <QTextStream>
 #include <cstdio>
 
 namespace {
 constexpr int UsageError = 2; // the exit status of a bad command line, as for a bad line
+// The system's locale when none is named: its dates read day first, its money is in pounds.
+const QString DefaultLocale = QStringLiteral("en_GB");
 
 int usage(QTextStream& err, const QString& why) {
-    err << "tessaly-script: " << why << "\nusage: tessaly-script [--home DIR] [--screen WxH] SCRIPT\n";
+    err << "tessaly-script: " << why
+        << "\nusage: tessaly-script [--home DIR] [--screen WxH] [--locale NAME] SCRIPT\n";
     err.flush();
     return UsageError;
 }
@@ -36,6 +42,7 @@ int main(int argc, char** argv) {
 
     QString home = tessaly::AppHome::fromEnvironment().dir();
     QSize screen(1024, 768);
+    QString localeName = DefaultLocale;
     QString scriptPath;
     const QStringList args = qapp.arguments();
     for (int i = 1; i < args.size(); ++i) {
@@ -47,6 +54,11 @@ int main(int argc, char** argv) {
             if (!m.hasMatch())
                 return usage(err, QStringLiteral("--screen takes WxH, for example 1024x768"));
             screen = QSize(m.captured(1).toInt(), m.captured(2).toInt());
+        } else if (a == QLatin1String("--locale") && i + 1 < args.size()) {
+            localeName = args[++i];
+            if (QLocale(localeName).language() == QLocale::C && localeName != QLatin1String("C"))
+                return usage(err,
+                             QStringLiteral("--locale takes a locale's name, for example en_GB or en_US"));
         } else if (scriptPath.isEmpty()) {
             scriptPath = a;
         } else {
@@ -65,6 +77,7 @@ int main(int argc, char** argv) {
         if (!file.open(QIODevice::ReadOnly))
             return usage(err, QStringLiteral("cannot read '%1'").arg(scriptPath));
     }
+    QLocale::setDefault(QLocale(localeName));
     const QString script = QString::fromUtf8(file.readAll());
     tessaly::script::Registry registry;
     tessaly::program::addScriptCommands(registry);

@@ -22,6 +22,7 @@
 #include "workspace/frmMain.h"
 
 #include "../support/LargeProjectData.h"
+#include "../support/ProgramOnDatabase.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -47,12 +48,7 @@ QString databasePath;
 std::unique_ptr<QTemporaryDir> homeDir;
 
 void fill(const QString& path) {
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("fill"));
-        db.setDatabaseName(path);
-        db.open();
-        QSqlQuery q(db);
-        q.exec(QStringLiteral("BEGIN"));
+    tessaly::bench::fillDatabase(path, [](QSqlQuery& q) {
         tessaly::bench::addClients(q, ClientCount);
         tessaly::bench::addSites(q, ClientCount);
         q.prepare(QStringLiteral("INSERT INTO SitePlans (SiteID, PlanDescription) VALUES (?, ?)"));
@@ -61,41 +57,12 @@ void fill(const QString& path) {
             q.addBindValue(QStringLiteral("Plan %1").arg(i));
             q.exec();
         }
-        q.exec(QStringLiteral("COMMIT"));
-        q.finish();
-        db.close();
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("fill"));
+    });
 }
 
 // Tessaly started on the benchmark's home with the large database.
-struct Run {
-    ScriptedUiPort port;
-    RecordingWaiter waiter;
-    std::unique_ptr<Application> app;
-
-    Run() {
-        app = program::makeApplication(port, waiter, AppHome(homeDir->path()));
-        app->Main();
-        Form& splash = app->form(QStringLiteral("frmSplash"));
-        splash.raiseEvent(splash.control(QStringLiteral("Timer1")), QStringLiteral("Timer"));
-        app->CloseDatabase();
-        app->gDatabaseLocation = databasePath;
-        app->gConnectionString = QStringLiteral("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=") +
-                                 databasePath + QStringLiteral(";Persist Security Info=False;");
-        app->OpenConnection();
-    }
-    ~Run() {
-        app->CloseDatabase();
-        app->releaseInstanceLock();
-    }
-    frmClientSites& openManager() {
-        frmMain& main = app->form<frmMain>();
-        app->dispatch([&] {
-            main.raiseEvent(main.control(QStringLiteral("mnuFile_OpenProject")), QStringLiteral("Click"));
-        });
-        return static_cast<frmClientSites&>(*app->loaded(QStringLiteral("frmClientSites")));
-    }
+struct Run : tessaly::bench::ProgramOnDatabase {
+    Run() : ProgramOnDatabase(homeDir->path(), databasePath) {}
 };
 
 // FillClientCombo: every client read, one combo line each.
@@ -197,16 +164,11 @@ BENCHMARK(BM_SaveProjectOutputs)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 int main(int argc, char** argv) {
     QCoreApplication qt(argc, argv);
-    homeDir = std::make_unique<QTemporaryDir>();
-    program::installHome(AppHome(homeDir->path()));
     QTemporaryDir dir;
     const QString kept = qEnvironmentVariable("TESSALY_BENCH_PROJECTS_DB");
     databasePath = kept.isEmpty() ? dir.filePath(QStringLiteral("KORV.mdb")) : kept;
-    if (db::createProjectDatabase(databasePath))
-        fill(databasePath);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
+    homeDir = tessaly::bench::prepare(databasePath, fill);
+    const int status = tessaly::bench::runBenchmarks(argc, argv);
     homeDir.reset();
-    return 0;
+    return status;
 }

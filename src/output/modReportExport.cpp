@@ -101,8 +101,17 @@ void modReportExport::writeReport(reports::ActiveReport& report, const QString& 
 
 void modReportExport::callExport(bool pdf, QVariantList& args) {
     AutoPtr object = toObject(args.value(0));
-    if (!object && args.value(0).metaType().id() == QMetaType::QString)
-        object = layout(args.value(0).toString());
+    if (!object && args.value(0).metaType().id() == QMetaType::QString) {
+        // A report by name: one of the two layouts, or a report the program
+        // holds as a module variable (the project manager's cost report).
+        const QString name = args.value(0).toString();
+        const bool isLayout = name.compare(PortraitLayout, Qt::CaseInsensitive) == 0 ||
+                              name.compare(LandscapeLayout, Qt::CaseInsensitive) == 0;
+        if (!isLayout && app_.memberNames().contains(name, Qt::CaseInsensitive))
+            object = toObject(app_.get(name));
+        else
+            object = layout(name);
+    }
     auto* report = dynamic_cast<reports::ActiveReport*>(object.get());
     if (!report)
         raiseError(err::TypeMismatch, QStringLiteral("The first argument is not a report layout"));

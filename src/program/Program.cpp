@@ -40,6 +40,7 @@ void addScriptCommands(script::Registry& registry) {
     addOutputScriptCommands(registry);
     addMailScriptCommands(registry);
     addProjectSaveScriptCommands(registry);
+    addProjectsScriptCommands(registry);
 }
 
 script::Program scriptProgram() {

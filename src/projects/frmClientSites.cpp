@@ -9,6 +9,7 @@
 #include "projects/ProjectDb.h"
 #include "projects/ProjectsModule.h"
 #include "projects/frmNew.h"
+#include "schedule/ScheduleControl.h"
 #include "workspace/Application.h"
 
 namespace tessaly {
@@ -59,16 +60,54 @@ frmClientSites::frmClientSites(Application& app, ProjectsModule& module)
       txtImportFile(add(ControlKind::TextBox, QStringLiteral("txtImportFile"))),
       txtImportName(add(ControlKind::TextBox, QStringLiteral("txtImportName"))),
       cmdImportOK(add(ControlKind::CommandButton, QStringLiteral("cmdImportOK"))),
-      cmdImportCancel(add(ControlKind::CommandButton, QStringLiteral("cmdImportCancel"))), app_(app),
+      cmdImportCancel(add(ControlKind::CommandButton, QStringLiteral("cmdImportCancel"))),
+      ctSchedule1(add(ControlKind::Schedule, QStringLiteral("ctSchedule1"))),
+      ctTips1(add(ControlKind::PictureBox, QStringLiteral("ctTips1"))),
+      cmdNewTimeLineElement(add(ControlKind::CommandButton, QStringLiteral("cmdNewTimeLineElement"))),
+      cmdDeleteTimeBar(add(ControlKind::CommandButton, QStringLiteral("cmdDeleteTimeBar"))),
+      cmdRefreshSchedule(add(ControlKind::CommandButton, QStringLiteral("cmdRefreshSchedule"))),
+      cmdSchedBack(add(ControlKind::CommandButton, QStringLiteral("cmdSchedBack"))),
+      cmdSchedForward(add(ControlKind::CommandButton, QStringLiteral("cmdSchedForward"))),
+      cmdPrintSchedule(add(ControlKind::CommandButton, QStringLiteral("cmdPrintSchedule"))),
+      picTimeLineShad(add(ControlKind::PictureBox, QStringLiteral("picTimeLineShad"))),
+      picTimeLine(add(ControlKind::PictureBox, QStringLiteral("picTimeLine"))),
+      txtTimeLineDesc(add(ControlKind::TextBox, QStringLiteral("txtTimeLineDesc"))),
+      cmdAddTimeLine(add(ControlKind::CommandButton, QStringLiteral("cmdAddTimeLine"))),
+      cmdCancelTimeLine(add(ControlKind::CommandButton, QStringLiteral("cmdCancelTimeLine"))),
+      ScheduleItemSch(add(ControlKind::PictureBox, QStringLiteral("ScheduleItemSch"))),
+      ScheduleItem(add(ControlKind::PictureBox, QStringLiteral("ScheduleItem"))),
+      DTP1(add(ControlKind::DatePicker, QStringLiteral("DTP1"))),
+      STime(add(ControlKind::TimeEdit, QStringLiteral("STime"))),
+      DTP2(add(ControlKind::DatePicker, QStringLiteral("DTP2"))),
+      ETime(add(ControlKind::TimeEdit, QStringLiteral("ETime"))),
+      txtBarText(add(ControlKind::TextBox, QStringLiteral("txtBarText"))),
+      lblBarColour(add(ControlKind::Label, QStringLiteral("lblBarColour"))),
+      cmdColourPick(add(ControlKind::CommandButton, QStringLiteral("cmdColourPick"))),
+      txtBarComments(add(ControlKind::TextBox, QStringLiteral("txtBarComments"))),
+      cmdSaveSchedule(add(ControlKind::CommandButton, QStringLiteral("cmdSaveSchedule"))),
+      cmdCancelSchedule(add(ControlKind::CommandButton, QStringLiteral("cmdCancelSchedule"))),
+      TDBGrid2(add(ControlKind::Grid, QStringLiteral("TDBGrid2"))),
+      cboProjectItem(add(ControlKind::ComboBox, QStringLiteral("cboProjectItem"))),
+      cboTimeLine(add(ControlKind::ComboBox, QStringLiteral("cboTimeLine"))),
+      txtCost(add(ControlKind::TextBox, QStringLiteral("txtCost"))),
+      txtTotal(add(ControlKind::TextBox, QStringLiteral("txtTotal"))),
+      cmdAddProjectCost(add(ControlKind::CommandButton, QStringLiteral("cmdAddProjectCost"))),
+      cmdDeleteItem(add(ControlKind::CommandButton, QStringLiteral("cmdDeleteItem"))),
+      cmdPrintCosts(add(ControlKind::CommandButton, QStringLiteral("cmdPrintCosts"))), app_(app),
       module_(module) {
     buildFrame();
     buildSiteTab();
     buildDrawingsTab();
+    buildPlannerTab();
+    buildCostsTab();
     bindData();
     registerHandlers();
     registerSiteHandlers();
     registerPlanHandlers();
+    registerPlannerHandlers();
+    registerCostHandlers();
     registerMembers();
+    registerPlannerMembers();
 }
 
 frmClientSites::~frmClientSites() = default;
@@ -98,6 +137,7 @@ void frmClientSites::registerHandlers() {
     on(cmdViewClient.name(), QStringLiteral("Click"),
        [this](Control&, EventArgs&) { cmdViewClient_Click(); });
     on(cmdNewClient.name(), QStringLiteral("Click"), [this](Control&, EventArgs&) { cmdNewClient_Click(); });
+    on(Tabs1.name(), QStringLiteral("Click"), [this](Control&, EventArgs&) { Tabs1_Click(); });
     on(cmdClose.name(), QStringLiteral("Click"), [this](Control&, EventArgs&) { app_.unload(*this); });
 }
 
@@ -145,7 +185,13 @@ void frmClientSites::Form_Load() {
     const QString connection = ControlConnectionStart + app_.gDatabaseLocation + ControlConnectionEnd;
     for (Control* data : {&RS_SiteDetails, &RS_ProjectDrawings, &RS_ProjectCosts})
         dataControlOf(*data).setConnectionString(connection);
+    // Tabs 1 to 4 are disabled.
     SetSiteState(SiteState::NoClient);
+    // The schedule's range as designed, widened: 30 days earlier, 90 days later.
+    constexpr int EarlierDays = 30;
+    constexpr int LaterDays = 90;
+    schedule_->setFirstDay(schedule_->firstDay() - EarlierDays);
+    schedule_->setLastDay(schedule_->lastDay() + LaterDays);
 }
 
 void frmClientSites::Form_Activate() {
@@ -205,11 +251,17 @@ void frmClientSites::QuerySitesOfClient() {
 }
 
 void frmClientSites::clearSchedule() {
-    // The planner's schedule, where the planner tab holds one.
-    if (Control* schedule = find(QStringLiteral("ctSchedule1")); schedule && schedule->inner) {
-        QVariantList none;
-        schedule->call(QStringLiteral("ClearAll"), none);
-    }
+    QVariantList none;
+    ctSchedule1.call(QStringLiteral("ClearAll"), none);
+}
+
+void frmClientSites::Tabs1_Click() {
+    // Tab 3: the schedule of the site on show is built.
+    if (tabs::selected(Tabs1, PlannerTab))
+        rebuildSchedule();
+    // Tab 4: the lists of the cost inputs and the total.
+    if (tabs::selected(Tabs1, CostsTab))
+        enterCostsTab();
 }
 
 void frmClientSites::cmdViewClient_Click() {

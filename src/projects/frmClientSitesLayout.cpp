@@ -2,25 +2,15 @@
 #include "projects/frmClientSites.h"
 
 #include "core/forms/DataBinding.h"
+#include "projects/frmClientSitesLayout.h"
 
 namespace tessaly {
 
 namespace {
 
-constexpr int InnerWidth = 11400;
-constexpr int InnerHeight = 8280;
-constexpr int FrameExtra = 400; // the window's frame around its inside
-constexpr int Margin = 120;
-
-// The client row above the tabs.
-constexpr int ClientRowTop = 900;
-constexpr int ButtonHeight = 375;
-constexpr int TabsTop = 1380;
+using namespace layout;
 
 // Tab 1: two columns of boxes, their buttons below.
-constexpr int TabContentTop = 540; // under the tab bar
-constexpr int RowStep = 420;
-constexpr int BoxHeight = 315;
 constexpr int LabelWidth = 1260;
 constexpr int LeftBoxLeft = 1500;
 constexpr int RightLabelLeft = 5700;
@@ -47,9 +37,6 @@ constexpr int DialogLeft = 2400;
 constexpr int DialogTop = 1320;
 constexpr int DialogWidth = 4800;
 constexpr int DialogHeight = 2460;
-constexpr int ShadowOffset = 90;
-constexpr unsigned ShadowColour = 0x808080; // dark grey
-constexpr unsigned PanelColour = 0xE0E0E0;  // light grey
 
 // Where each site box sits: column (0 left, 1 right) and row, with its label.
 struct SiteBoxPlace {
@@ -130,7 +117,7 @@ void frmClientSites::buildFrame() {
                               QStringLiteral("Project Planner"),
                               QStringLiteral("Project Costs and Estimations")});
     Tabs1.setProp(QStringLiteral("Tab"), SiteTab - 1);
-    Tabs1.move(Margin, TabsTop, InnerWidth - 2 * Margin, InnerHeight - TabsTop - Margin);
+    Tabs1.move(Margin, TabsTop, TabsWidth, TabsHeight);
 
     for (Control* data : {&RS_SiteDetails, &RS_ProjectDrawings, &RS_ProjectCosts}) {
         makeDataControl(*data);
@@ -225,24 +212,30 @@ void frmClientSites::buildDrawingsTab() {
     buildPlanDialogs();
 }
 
+void frmClientSites::placePanel(Control& shadow, Control& dialog, const QRect& box, int tab) {
+    shadow.move(box.left() + ShadowOffset, box.top() + ShadowOffset, box.width(), box.height());
+    shadow.setBackColor(ShadowColour);
+    dialog.move(box.left(), box.top(), box.width(), box.height());
+    dialog.setBackColor(PanelColour);
+    for (Control* c : {&shadow, &dialog}) {
+        c->setVisible(false);
+        placeOnTab(*c, tab);
+    }
+}
+
+void frmClientSites::placeInside(Control& child, Control& dialog, int left, int top, int width, int height) {
+    child.setProp(QStringLiteral("Container"), dialog.name());
+    child.move(left, top, width, height);
+}
+
 void frmClientSites::buildPlanDialogs() {
-    auto panel = [this](Control& shadow, Control& dialog) {
-        shadow.move(DialogLeft + ShadowOffset, DialogTop + ShadowOffset, DialogWidth, DialogHeight);
-        shadow.setBackColor(ShadowColour);
-        dialog.move(DialogLeft, DialogTop, DialogWidth, DialogHeight);
-        dialog.setBackColor(PanelColour);
-        for (Control* c : {&shadow, &dialog}) {
-            c->setVisible(false);
-            placeOnTab(*c, DrawingsTab);
-        }
+    const QRect box(DialogLeft, DialogTop, DialogWidth, DialogHeight);
+    const auto panel = [this, &box](Control& shadow, Control& dialog) {
+        placePanel(shadow, dialog, box, DrawingsTab);
     };
-    auto inside = [](Control& child, Control& dialog, int left, int top, int width, int height) {
-        child.setProp(QStringLiteral("Container"), dialog.name());
-        child.move(left, top, width, height);
-    };
+    const auto inside = placeInside;
     constexpr int Inner = DialogWidth - 2 * Margin;
     constexpr int ButtonTop = DialogHeight - ButtonHeight - 180;
-    constexpr int SmallButton = 1080;
 
     panel(NewPlanDialogShd, NewPlanDialog);
     Control& planLabel = add(ControlKind::Label, QStringLiteral("lblPlanDesc"));

@@ -96,10 +96,7 @@ void frmClientSites::RS_SiteDetails_MoveComplete() {
         step([&] { SetSiteState(SiteState::NoSite); });
     }
     // 3. The cost total comes back only with the costs tab or a new cost line.
-    step([&] {
-        if (Control* total = find(QStringLiteral("txtTotal")))
-            total->setText(QString());
-    });
+    step([&] { txtTotal.setText(QString()); });
     // 4.
     if (number != 0)
         app_.ui.msgBox(description + QString::number(number), NoIcon, AppTitle);

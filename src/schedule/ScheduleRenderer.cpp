@@ -334,9 +334,11 @@ void ScheduleRenderer::paintTier(QPainter& p, TimeUnit unit, int hourStep, doubl
             const double x = std::round(x0) + 0.5;
             p.drawLine(QLineF(x, top + (upper ? 0 : 4), x, top + TierHeight));
         }
-        // The upper tier's label stays in view while its mark is partly scrolled away.
-        const double left = upper ? std::max(x0, header.left()) : x0;
-        const double room = x1 - left - 2 * TextPadding;
+        // A label stays whole and in view while its mark is partly scrolled
+        // away: it takes the visible part of the mark, and a shorter text or
+        // none where that part is too narrow.
+        const double left = std::max(x0, header.left());
+        const double room = std::min(x1, header.right()) - left - 2 * TextPadding;
         const QString text = markText(unit, start, room, upper);
         if (text.isEmpty())
             return;

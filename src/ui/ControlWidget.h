@@ -65,6 +65,9 @@ ControlWidget makeStatusBar(Control& control, QWidget* parent, ViewSink& sink);
 ControlWidget makeTabStrip(Control& control, QWidget* parent, ViewSink& sink);
 ControlWidget makeSlider(Control& control, QWidget* parent, ViewSink& sink);
 ControlWidget makeTimer(Control& control, QWidget* parent, ViewSink& sink);
+// The date picker and the time edit (DateTimeWidgets.cpp).
+ControlWidget makeDatePicker(Control& control, QWidget* parent, ViewSink& sink);
+ControlWidget makeTimeEdit(Control& control, QWidget* parent, ViewSink& sink);
 // A data grid bound to its data control (DataGridWidget.cpp).
 ControlWidget makeDataGrid(Control& control, QWidget* parent, ViewSink& sink);
 

@@ -3,15 +3,53 @@
 #include "core/db/DataGridModel.h"
 #include "core/forms/DataBinding.h"
 #include "core/forms/Form.h"
+#include "core/runtime/Vb.h"
 
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLabel>
+#include <QLineEdit>
 #include <QSortFilterProxyModel>
+#include <QStyledItemDelegate>
 #include <QTableView>
 #include <QVBoxLayout>
 
 namespace tessaly::ui {
+
+namespace {
+
+// The editor of a cell: the stored value as text in a line edit. Leaving it
+// writes the cell through the grid's binding under the dispatcher, so that a
+// value the field refuses gives the run-time error box and the row keeps
+// what it held.
+class CellEditor final : public QStyledItemDelegate {
+public:
+    CellEditor(GridObject& binding, ViewSink& sink, QSortFilterProxyModel& proxy, QObject* parent)
+        : QStyledItemDelegate(parent), binding_(binding), sink_(sink), proxy_(proxy) {}
+
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex&) const override {
+        return new QLineEdit(parent);
+    }
+    void setEditorData(QWidget* editor, const QModelIndex& index) const override {
+        if (auto* line = qobject_cast<QLineEdit*>(editor))
+            line->setText(vb::toText(index.data(Qt::EditRole)));
+    }
+    void setModelData(QWidget* editor, QAbstractItemModel*, const QModelIndex& index) const override {
+        auto* line = qobject_cast<QLineEdit*>(editor);
+        if (!line || !line->isModified())
+            return;
+        const QModelIndex source = proxy_.mapToSource(index);
+        const QString text = line->text();
+        sink_.userInput([this, source, text] { binding_.editCell(source.row(), source.column(), text); });
+    }
+
+private:
+    GridObject& binding_;
+    ViewSink& sink_;
+    QSortFilterProxyModel& proxy_;
+};
+
+} // namespace
 
 DataGridView::DataGridView(Control& grid, GridObject& binding, ViewSink& sink, QWidget* parent)
     : QWidget(parent), grid_(grid), binding_(binding), sink_(sink), form_(grid.form().weak_from_this()),
@@ -41,6 +79,7 @@ DataGridView::DataGridView(Control& grid, GridObject& binding, ViewSink& sink, Q
     table_->horizontalHeader()->setSectionsClickable(true);
     table_->verticalHeader()->setDefaultSectionSize(table_->fontMetrics().height() + 6);
     table_->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
+    table_->setItemDelegate(new CellEditor(binding_, sink_, *proxy_, table_));
 
     QObject::connect(table_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
                      [this](const QModelIndex& current) { rowChosen(current); });

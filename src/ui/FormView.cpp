@@ -127,7 +127,8 @@ void FormView::bindControl(Control& c) {
         made.widget->installEventFilter(this);
         controlOf_[made.widget] = &c;
         // A list's mouse presses arrive at its viewport.
-        if (auto* area = qobject_cast<QAbstractScrollArea*>(made.widget); area && c.kind() == ControlKind::ListBox) {
+        if (auto* area = qobject_cast<QAbstractScrollArea*>(made.widget);
+            area && c.kind() == ControlKind::ListBox) {
             area->viewport()->installEventFilter(this);
             controlOf_[area->viewport()] = &c;
         }
@@ -509,6 +510,12 @@ bool FormView::eventFilter(QObject* watched, QEvent* event) {
 
 bool FormView::controlEvent(Control& c, QEvent* event) {
     switch (event->type()) {
+    case QEvent::Polish:
+        // The style has just polished the widget, and a style sheet's polish
+        // puts back the application's palette: the control's colours again.
+        if (QWidget* w = widgets_[&c].widget)
+            applyColours(c, w);
+        return false;
     case QEvent::FocusIn:
         if (widgets_[&c].takesFocus) {
             shownFocus_ = &c;
@@ -523,8 +530,8 @@ bool FormView::controlEvent(Control& c, QEvent* event) {
         if (!clickedByMouse(c.kind()) && form_->hasHandler(c.name(), QStringLiteral("MouseDown"))) {
             const auto* mouse = static_cast<QMouseEvent*>(event);
             const int button = platformMouseButton(mouse->button());
-            EventArgs args{button, platformShiftMask(mouse->modifiers()), toTwips(qRound(mouse->position().x())),
-                           toTwips(qRound(mouse->position().y()))};
+            EventArgs args{button, platformShiftMask(mouse->modifiers()),
+                           toTwips(qRound(mouse->position().x())), toTwips(qRound(mouse->position().y()))};
             userInput([&] { c.form().raiseEvent(c, QStringLiteral("MouseDown"), args); });
         }
         return false;

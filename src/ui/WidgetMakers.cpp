@@ -9,16 +9,17 @@ namespace tessaly::ui {
 namespace {
 std::map<ControlKind, WidgetMaker>& makers() {
     static std::map<ControlKind, WidgetMaker> table{
-        {ControlKind::Label, makeLabel},         {ControlKind::TextBox, makeTextBox},
-        {ControlKind::RichText, makeRichText},   {ControlKind::CommandButton, makeCommandButton},
-        {ControlKind::CheckBox, makeCheckBox},   {ControlKind::OptionButton, makeOptionButton},
-        {ControlKind::ComboBox, makeComboBox},   {ControlKind::ListBox, makeListBox},
-        {ControlKind::DriveList, makeDriveList}, {ControlKind::DirList, makeDirList},
-        {ControlKind::Frame, makeFrame},         {ControlKind::PictureBox, makePictureBoxView},
-        {ControlKind::StatusBar, makeStatusBar}, {ControlKind::TabStrip, makeTabStrip},
-        {ControlKind::Slider, makeSlider},       {ControlKind::Timer, makeTimer},
-        {ControlKind::Canvas, makeCanvas},       {ControlKind::Grid, makeDataGrid},
-        {ControlKind::Schedule, makeSchedule},   {ControlKind::DataControl, makePlaceholder},
+        {ControlKind::Label, makeLabel},           {ControlKind::TextBox, makeTextBox},
+        {ControlKind::RichText, makeRichText},     {ControlKind::CommandButton, makeCommandButton},
+        {ControlKind::CheckBox, makeCheckBox},     {ControlKind::OptionButton, makeOptionButton},
+        {ControlKind::ComboBox, makeComboBox},     {ControlKind::ListBox, makeListBox},
+        {ControlKind::DriveList, makeDriveList},   {ControlKind::DirList, makeDirList},
+        {ControlKind::Frame, makeFrame},           {ControlKind::PictureBox, makePictureBoxView},
+        {ControlKind::StatusBar, makeStatusBar},   {ControlKind::TabStrip, makeTabStrip},
+        {ControlKind::Slider, makeSlider},         {ControlKind::Timer, makeTimer},
+        {ControlKind::Canvas, makeCanvas},         {ControlKind::Grid, makeDataGrid},
+        {ControlKind::Schedule, makeSchedule},     {ControlKind::DataControl, makePlaceholder},
+        {ControlKind::DatePicker, makeDatePicker}, {ControlKind::TimeEdit, makeTimeEdit},
     };
     return table;
 }

@@ -1,6 +1,7 @@
 #include "TestMain.h"
 
 #include <QByteArray>
+#include <QLocale>
 #include <QtGlobal>
 #include <gtest/gtest.h>
 #include <vector>
@@ -24,6 +25,9 @@ void useOffscreenPlatform() {
 }
 
 int runAllTests(int& argc, char** argv) {
+    // The tests run in the locale the script driver takes by default: dates
+    // day first, money in pounds.
+    QLocale::setDefault(QLocale(QStringLiteral("en_GB")));
     ::testing::InitGoogleTest(&argc, argv);
     const int result = RUN_ALL_TESTS();
     for (const auto& step : endSteps())

@@ -12,10 +12,15 @@
 #include "core/db/Recordset.h"
 #include "core/forms/DataBinding.h"
 #include "core/forms/TabStrip.h"
+#include "core/runtime/Clock.h"
 #include "program/Program.h"
 #include "projects/frmClientSites.h"
+#include "reports/ActiveReport.h"
+#include "schedule/ScheduleControl.h"
 #include "ui/DataGridWidget.h"
 #include "ui/FormView.h"
+#include "ui/ScheduleWidget.h"
+#include "ui/reports/ReportViewer.h"
 #include "workspace/Application.h"
 
 #include <QApplication>
@@ -24,6 +29,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabBar>
@@ -288,6 +294,145 @@ TEST_F(ProjectsView, ThePlannerAndCostTabsAreThereAndEmpty) {
     showTab(frmClientSites::CostsTab);
     EXPECT_EQ(tabBar()->currentIndex(), 3);
     shoot(*view, "project-costs");
+}
+
+// The cost lines of the first site, with the total after an entry into the tab.
+TEST_F(ProjectsView, TheCostTabShowsTheLinesAndTheirTotal) {
+    const struct {
+        const char* item;
+        const char* timeLine;
+        double cost;
+        double actual; // 0: none yet
+    } lines[] = {{"Groundworks", "Footings", 4200.00, 4385.50},
+                 {"Drainage", "Drainage", 1850.00, 1790.00},
+                 {"Brickwork", "Walls", 9600.00, 0},
+                 {"Roof Trusses", "Roof", 3125.75, 0},
+                 {"Skip Hire", "N/A", 240.00, 240.00}};
+    for (const auto& l : lines) {
+        QVariantMap fields{{QStringLiteral("SiteID"), 1},
+                           {QStringLiteral("ProjectItem"), QString::fromLatin1(l.item)},
+                           {QStringLiteral("ProjectTimeLine"), QString::fromLatin1(l.timeLine)},
+                           {QStringLiteral("Cost"), l.cost}};
+        if (l.actual > 0)
+            fields.insert(QStringLiteral("ActualCost"), l.actual);
+        addRow(QStringLiteral("ProjectCosts"), QString(), fields);
+    }
+    chooseClient(0);
+    showTab(frmClientSites::CostsTab);
+    auto* costs = dynamic_cast<DataGridView*>(view->widgetFor(manager().TDBGrid2));
+    ASSERT_NE(costs, nullptr);
+    QTableView* table = costs->findChild<QTableView*>();
+    ASSERT_NE(table, nullptr);
+    EXPECT_EQ(table->model()->rowCount(), 5);
+    EXPECT_EQ(table->model()->index(0, 3).data().toString(), QStringLiteral("£4,200.00"));
+    EXPECT_EQ(table->model()->index(0, 4).data().toString(), QStringLiteral("£4,385.50"));
+    auto* total = widget<QLineEdit>(manager().txtTotal);
+    ASSERT_NE(total, nullptr);
+    EXPECT_EQ(total->text(), QStringLiteral("£19,015.75"));
+    shoot(*view, "costs-lines");
+
+    // The report of the same lines in the report viewer.
+    click(manager().cmdPrintCosts);
+    auto report = std::dynamic_pointer_cast<reports::ActiveReport>(
+        toObject(app->get(QStringLiteral("ProjectCostReport"))));
+    ASSERT_NE(report, nullptr);
+    EXPECT_EQ(report->pageCount(), 1);
+    ReportViewer viewer(report);
+    viewer.resize(1000, 860);
+    viewer.show();
+    QApplication::processEvents();
+    EXPECT_EQ(viewer.windowTitle(), QStringLiteral("Project Cost Report"));
+    shoot(viewer, "cost-report");
+}
+
+// Twenty bookings on five time lines, the booking panel of one and the tip of another.
+TEST_F(ProjectsView, ThePlannerShowsTheBookingsTheBookingPanelAndATip) {
+    clock::pin(QDateTime(QDate(2026, 11, 2), QTime(9, 0)));
+    for (const char* line : {"Site clearance", "Footings", "Drainage", "Brickwork", "Roof"})
+        addRow(QStringLiteral("ProjectTimeLines"), QString(),
+               {{QStringLiteral("SiteID"), 1}, {QStringLiteral("TimeLineDesc"), QString::fromLatin1(line)}});
+    const struct {
+        int row, from, to, startMinutes, endMinutes;
+        const char* text;
+        unsigned colour; // red in the low byte
+    } bookings[] = {
+        {1, 0, 1, 480, 1020, "Survey", 0xFAD2AA},
+        {1, 2, 4, 0, 1440, "Clear site", 0x8CD2FA},
+        {1, 3, 3, 0, 1440, "Skip hire", 0xE6E6E6},
+        {1, 5, 5, 720, 720, "Site ready", 0x46963C},
+        {2, 6, 9, 480, 1020, "Dig footings", 0x6EA0C8},
+        {2, 8, 9, 0, 1440, "Inspection", 0x7878FA},
+        {2, 10, 11, 420, 960, "Pour concrete", 0xAAA0A0},
+        {2, 12, 13, 0, 1440, "Cure", 0xE1DCDC},
+        {3, 9, 10, 480, 1020, "Drain runs", 0xDCB478},
+        {3, 11, 12, 0, 1440, "Soakaway", 0xC88C5A},
+        {3, 13, 13, 600, 600, "Drain test", 0xAA5A1E},
+        {3, 14, 15, 480, 1020, "Backfill", 0x6496BE},
+        {4, 14, 20, 0, 1440, "Ground floor walls", 0x3C50BE},
+        {4, 17, 19, 0, 1440, "Scaffold", 0x3CC8F0},
+        {4, 21, 26, 0, 1440, "First floor walls", 0x3246AA},
+        {4, 24, 25, 480, 1020, "Lintels", 0x827878},
+        {5, 27, 30, 0, 1440, "Trusses", 0x466E96},
+        {5, 29, 33, 0, 1440, "Felt and batten", 0x5A5050},
+        {5, 34, 38, 0, 1440, "Tiling", 0x283CB4},
+        {5, 39, 39, 960, 960, "Roof done", 0x46963C},
+    };
+    const QDateTime first(QDate(2026, 11, 2), QTime(0, 0), Qt::UTC);
+    for (const auto& b : bookings)
+        addRow(QStringLiteral("Schedule"), QStringLiteral("ScheduleID"),
+               {{QStringLiteral("SiteID"), 1},
+                {QStringLiteral("ProjectItem"), b.row},
+                {QStringLiteral("StartDate"), first.addDays(b.from)},
+                {QStringLiteral("StartTime"), b.startMinutes},
+                {QStringLiteral("EndDate"), first.addDays(b.to)},
+                {QStringLiteral("EndTime"), b.endMinutes},
+                {QStringLiteral("BarStyle"), 1},
+                {QStringLiteral("BarText"), QString::fromLatin1(b.text)},
+                {QStringLiteral("BarTextAlign"), 0},
+                {QStringLiteral("BarColour"), b.colour},
+                {QStringLiteral("Comments"), QStringLiteral("Booked with the site manager")},
+                {QStringLiteral("ImageIndex"), 0}});
+    chooseClient(0);
+    showTab(frmClientSites::PlannerTab);
+    clock::pin(QDateTime());
+    schedule::ScheduleControl& chart = manager().schedule();
+    EXPECT_EQ(chart.model().rowCount(), 5);
+    EXPECT_EQ(chart.model().totalBars(), 20);
+    auto* chartView = qobject_cast<ScheduleWidget*>(view->widgetFor(manager().ctSchedule1));
+    ASSERT_NE(chartView, nullptr);
+    // All forty days of the job in sight, from the day before the first booking.
+    chart.setDayWidth(13);
+    chart.setOriginDay(chart.bar(1, 1).start.date - 1);
+    QApplication::processEvents();
+    // The pointer on "Trusses" brings up its tip, below the rows.
+    chart.selectBar(1, 2);
+    const QRectF trusses = chart.barBox(5, 1);
+    const QPointF p = trusses.center();
+    QWidget* port = chartView->viewport();
+    QMouseEvent move(QEvent::MouseMove, p, port->mapToGlobal(p), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(port, &move);
+    QApplication::processEvents();
+    ASSERT_TRUE(chart.shownTip().has_value());
+    EXPECT_TRUE(chart.shownTip()->text.startsWith(
+        QStringLiteral(" Trusses\r\nComments: Booked with the site manager")));
+    EXPECT_EQ(manager().ctTips1.get(QStringLiteral("TipText")).toString(), chart.shownTip()->text);
+    shoot(*view, "planner-bookings");
+    // A double click opens the booking in the panel, over the live chart.
+    app->dispatch([&] { chart.activateBar(2, 1); });
+    QApplication::processEvents();
+    EXPECT_TRUE(manager().ScheduleItem.visible());
+    EXPECT_EQ(manager().txtBarText.text(), QStringLiteral("Dig footings"));
+    EXPECT_EQ(manager().STime.value(), 480);
+    shoot(*view, "planner-booking-panel");
+    // Cancel rebuilds the chart; a new time line's panel.
+    click(manager().cmdCancelSchedule);
+    EXPECT_FALSE(manager().ScheduleItem.visible());
+    EXPECT_EQ(chart.model().totalBars(), 20);
+    click(manager().cmdNewTimeLineElement);
+    auto* description = widget<QLineEdit>(manager().txtTimeLineDesc);
+    ASSERT_NE(description, nullptr);
+    EXPECT_TRUE(description->isVisible());
+    shoot(*view, "planner-time-line");
 }
 
 TEST_F(ProjectsView, TheClientWindowShowsTheChosenClient) {

@@ -5,9 +5,32 @@
 #include "core/runtime/RuntimeError.h"
 #include "core/runtime/Vb.h"
 
-#include <QLocale>
+#include "core/common/SystemFormats.h"
 
 namespace tessaly::db {
+
+namespace {
+// The decimals of a currency column.
+constexpr int CurrencyDecimals = 2;
+} // namespace
+
+void writeGridCell(Recordset& rs, int row, const QString& dataField, const QVariant& value) {
+    if (rs.AbsolutePosition() != row + 1)
+        rs.setAbsolutePosition(row + 1);
+    // A cleared cell of a number or a date is Null; a text keeps its empty text.
+    const int ordinal = rs.FieldOrdinal(dataField);
+    const FieldType type = ordinal < 0 ? FieldType::Variant : rs.FieldTypeOf(ordinal);
+    const bool cleared = value.metaType().id() == QMetaType::QString && value.toString().isEmpty() &&
+                         type != FieldType::Text && type != FieldType::Memo;
+    try {
+        rs.setValue(dataField, cleared ? QVariant() : value);
+        rs.Update();
+    } catch (const RuntimeError&) {
+        if (rs.State() == adStateOpen && rs.EditMode() != adEditNone)
+            rs.CancelUpdate();
+        throw;
+    }
+}
 
 DataGridModel::DataGridModel(DataControl& control, QList<GridColumn> columns, QObject* parent)
     : QAbstractTableModel(parent), control_(control), columns_(std::move(columns)) {
@@ -71,7 +94,7 @@ QString DataGridModel::displayText(const QVariant& value, GridColumn::Format for
         return QString();
     switch (format) {
     case GridColumn::Format::Currency:
-        return QLocale(QLocale::English, QLocale::UnitedKingdom).toCurrencyString(value.toDouble());
+        return sysfmt::currency(value.toDouble(), CurrencyDecimals);
     case GridColumn::Format::Date:
         return boundText(value, static_cast<int>(FieldType::Date));
     case GridColumn::Format::General:
@@ -117,15 +140,9 @@ Qt::ItemFlags DataGridModel::flags(const QModelIndex& index) const {
 bool DataGridModel::setData(const QModelIndex& index, const QVariant& value, int role) {
     if (!index.isValid() || role != Qt::EditRole || !(flags(index) & Qt::ItemIsEditable))
         return false;
-    Recordset& rs = control_.recordset();
     try {
-        if (rs.AbsolutePosition() != index.row() + 1)
-            rs.setAbsolutePosition(index.row() + 1);
-        rs.setValue(columns_[index.column()].dataField, value);
-        rs.Update();
+        writeGridCell(control_.recordset(), index.row(), columns_[index.column()].dataField, value);
     } catch (const RuntimeError& e) {
-        if (rs.State() == adStateOpen && rs.EditMode() == adEditInProgress)
-            rs.CancelUpdate();
         emit writeFailed(e.number(), e.description());
         return false;
     }

@@ -6,14 +6,23 @@
 namespace tessaly::db {
 
 class DataControl;
+class Recordset;
 struct RecordsetEvent;
+
+// Writes one cell of a bound grid as the grid does when the user leaves an
+// edited cell: the cursor goes to the row (from 0; a pending edit is written
+// first), the field takes the value (an empty text in a field of numbers or
+// dates is Null) and the row is
+// updated. A value the field refuses raises its error, and the row keeps
+// what it held.
+void writeGridCell(Recordset& rs, int row, const QString& dataField, const QVariant& value);
 
 // A column of a bound grid: its caption, the field it shows, how the value
 // is written, and whether it can be edited in place.
 struct GridColumn {
     enum class Format {
         General,  // the value as text
-        Currency, // "£1,234.50"
+        Currency, // the system's currency text, two decimals: "£1,234.50"
         Date,     // "dd/MM/yyyy" with the time when there is one
     };
     QString caption;

@@ -293,16 +293,18 @@ void Recordset::requireCurrent() const {
         dberr::raiseNoCurrentRecord();
 }
 
+// A deleted current row holds BOF and EOF false until the next move, unless
+// it was the last row: with none left both are true.
 bool Recordset::BOF() const {
     requireOpen();
     fetchPending();
-    return !currentDeleted_ && (rows_.empty() || position_ < 0);
+    return rows_.empty() || (!currentDeleted_ && position_ < 0);
 }
 
 bool Recordset::EOF_() const {
     requireOpen();
     fetchPending();
-    return !currentDeleted_ && (rows_.empty() || position_ >= static_cast<int>(rows_.size()));
+    return rows_.empty() || (!currentDeleted_ && position_ >= static_cast<int>(rows_.size()));
 }
 
 void Recordset::saveBeforeMove() {
@@ -590,9 +592,9 @@ void Recordset::writeNewRow() {
     }
     // The row is read back inside the transaction, with the values the engine gave it.
     rows_.set(position_, runInTransaction(*backend_, [&] {
-        const QVariant key = backend_->insert(t.name, names, values, t.keyColumn);
-        return readRowByKey(key);
-    }));
+                  const QVariant key = backend_->insert(t.name, names, values, t.keyColumn);
+                  return readRowByKey(key);
+              }));
 }
 
 void Recordset::writeEditedRow() {

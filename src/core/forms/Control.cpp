@@ -2,6 +2,9 @@
 
 #include "Form.h"
 #include "TabStrip.h"
+#include "core/db/DbErrors.h"
+#include "core/db/Values.h"
+#include "core/runtime/Clock.h"
 #include "core/runtime/RuntimeError.h"
 #include "core/runtime/Vb.h"
 
@@ -87,6 +90,10 @@ QString controlKindName(ControlKind kind) {
         return QStringLiteral("DriveListBox");
     case ControlKind::DirList:
         return QStringLiteral("DirListBox");
+    case ControlKind::DatePicker:
+        return QStringLiteral("DTPicker");
+    case ControlKind::TimeEdit:
+        return QStringLiteral("ctDEdit");
     case ControlKind::RichText:
         return QStringLiteral("RichTextBox");
     }
@@ -112,6 +119,10 @@ Control::Control(Form& form, ControlKind kind, QString name, int index)
         props_.insert(QStringLiteral("Value"), 0);
     if (kind == ControlKind::Menu)
         props_.insert(QStringLiteral("Checked"), false);
+    if (kind == ControlKind::DatePicker)
+        props_.insert(QStringLiteral("Value"), QDateTime(clock::today(), QTime(0, 0), Qt::UTC));
+    if (kind == ControlKind::TimeEdit)
+        props_.insert(QStringLiteral("Value"), 0);
     if (kind == ControlKind::DirList)
         props_.insert(QStringLiteral("Path"), QString());
     if (kind == ControlKind::DriveList)
@@ -180,7 +191,8 @@ void Control::setText(const QString& text) {
             }
         setProp(QStringLiteral("ListIndex"), found);
     }
-    if (changed && (kind_ == ControlKind::TextBox || kind_ == ControlKind::ComboBox || kind_ == ControlKind::RichText))
+    if (changed &&
+        (kind_ == ControlKind::TextBox || kind_ == ControlKind::ComboBox || kind_ == ControlKind::RichText))
         fire(QStringLiteral("Change"));
 }
 
@@ -194,6 +206,18 @@ void Control::setValue(int value) {
         if (changed)
             fire(QStringLiteral("Click"));
     } else if (kind_ == ControlKind::Slider && changed)
+        fire(QStringLiteral("Change"));
+}
+
+void Control::setPickedValue(const QVariant& value) {
+    if (!value.isValid() || value.isNull())
+        db::dberr::raiseInvalidUseOfNull();
+    // A date picker holds a date (a number is a date serial), a time edit whole minutes.
+    const QVariant held = kind_ == ControlKind::DatePicker ? QVariant(db::values::dateFromVariant(value))
+                                                           : QVariant(vb::toInt32(value));
+    const bool changed = prop(QStringLiteral("Value")) != held;
+    setProp(QStringLiteral("Value"), held);
+    if (changed)
         fire(QStringLiteral("Change"));
 }
 
@@ -347,8 +371,12 @@ void Control::set(const QString& name, const QVariant& value, const QVariantList
     if (is(name, "ListIndex"))
         return setListIndex(vb::toInt32(value));
     if (is(name, "Value")) {
-        if (kind_ == ControlKind::CheckBox || kind_ == ControlKind::OptionButton || kind_ == ControlKind::Slider)
-            return setValue(value.metaType().id() == QMetaType::Bool ? (value.toBool() ? 1 : 0) : vb::toInt32(value));
+        if (kind_ == ControlKind::CheckBox || kind_ == ControlKind::OptionButton ||
+            kind_ == ControlKind::Slider)
+            return setValue(value.metaType().id() == QMetaType::Bool ? (value.toBool() ? 1 : 0)
+                                                                     : vb::toInt32(value));
+        if (kind_ == ControlKind::DatePicker || kind_ == ControlKind::TimeEdit)
+            return setPickedValue(value);
     }
     if (is(name, "ItemData"))
         return setItemData(vb::toInt32(index.value(0)), value);
@@ -369,7 +397,8 @@ void Control::set(const QString& name, const QVariant& value, const QVariantList
                 v = vb::toText(value);
             setProp(key, v);
             // A folder or drive list fires Change when its path or drive changes.
-            if ((kind_ == ControlKind::DirList && is(key, "Path")) || (kind_ == ControlKind::DriveList && is(key, "Drive")))
+            if ((kind_ == ControlKind::DirList && is(key, "Path")) ||
+                (kind_ == ControlKind::DriveList && is(key, "Drive")))
                 fire(QStringLiteral("Change"));
             return;
         }

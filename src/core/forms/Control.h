@@ -36,6 +36,8 @@ enum class ControlKind {
     Schedule,
     DriveList,
     DirList,
+    DatePicker, // a date picker: Value is a date
+    TimeEdit,   // a time edit: Value is minutes after midnight
     RichText,
 };
 
@@ -65,7 +67,7 @@ public:
     std::optional<QVariant> printValue() override { return std::nullopt; }
 
     // Typed access for the logic.
-    QString text() const;            // Text, or Caption for captioned controls
+    QString text() const;              // Text, or Caption for captioned controls
     void setText(const QString& text); // fires Change where the platform does
     QString caption() const { return prop(QStringLiteral("Caption")).toString(); }
     void setCaption(const QString& caption) { setProp(QStringLiteral("Caption"), caption); }
@@ -77,6 +79,10 @@ public:
     void setChecked(bool on) { setProp(QStringLiteral("Checked"), on); }
     int value() const { return prop(QStringLiteral("Value")).toInt(); }
     void setValue(int value); // fires Click (check box, option) or Change (slider)
+    // The Value of a date picker (a date; a number is read as a date serial)
+    // or of a time edit (whole minutes); fires Change when it changes. A Null
+    // is error 94.
+    void setPickedValue(const QVariant& value);
     unsigned backColor() const { return prop(QStringLiteral("BackColor")).toUInt(); }
     void setBackColor(unsigned colour) { setProp(QStringLiteral("BackColor"), colour); }
     QString toolTipText() const { return prop(QStringLiteral("ToolTipText")).toString(); }

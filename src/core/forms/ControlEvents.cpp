@@ -32,7 +32,9 @@ QStringList canvasEvents() {
 
 // The schedule control's bar gestures, with the plain pointer and key events.
 QStringList scheduleEvents() {
-    return names({"BarDrawn", "BarChanged", "BarActivated", "BarPointed", "BarSelected", "Click", "DblClick"}) + Input;
+    return names(
+               {"BarDrawn", "BarChanged", "BarActivated", "BarPointed", "BarSelected", "Click", "DblClick"}) +
+           Input;
 }
 
 // The bound data control: the moves and writes of its recordset.
@@ -74,6 +76,9 @@ std::map<ControlKind, QStringList> buildTable() {
         {ControlKind::Schedule, scheduleEvents()},
         {ControlKind::DriveList, names({"Change", "Scroll", "Validate"}) + Focus + Keys},
         {ControlKind::DirList, names({"Change", "Click", "Scroll"}) + Input},
+        // The date picker drops its calendar down and closes it again.
+        {ControlKind::DatePicker, names({"Change", "Click", "DblClick", "DropDown", "CloseUp"}) + Input},
+        {ControlKind::TimeEdit, names({"Change", "Click", "DblClick"}) + Input},
         {ControlKind::RichText, names({"Change", "Click", "DblClick", "SelChange"}) + Input},
     };
 }

@@ -264,6 +264,25 @@ void GridObject::selectRow(int row) {
     grid_.form().raiseEvent(grid_, QStringLiteral("Click"));
 }
 
+int GridObject::columnOf(const QString& caption) const {
+    for (int c = 0; c < columns_.size(); ++c)
+        if (columns_[c].caption.compare(caption, Qt::CaseInsensitive) == 0)
+            return c;
+    return -1;
+}
+
+void GridObject::editCell(int row, int column, const QVariant& value) {
+    if (column < 0 || column >= columns_.size())
+        raiseError(err::InvalidProcedureCall, QStringLiteral("The grid has no column %1").arg(column));
+    if (!columns_[column].editable)
+        raiseError(err::InvalidProcedureCall,
+                   QStringLiteral("The column %1 takes no edits").arg(columns_[column].caption));
+    if (row != this->row())
+        selectRow(row);
+    db::DataControl* data = dataControl();
+    db::writeGridCell(data->Recordset(), row, columns_[column].dataField, value);
+}
+
 QVariant GridObject::get(const QString& name, const QVariantList& index) {
     if (is(name, "Rows"))
         return rows();

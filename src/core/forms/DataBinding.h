@@ -77,6 +77,14 @@ public:
     // Moves the data control to the row (from 0): a pending edit is written
     // first and MoveComplete runs; the grid then raises RowColChange and Click.
     void selectRow(int row);
+    // The column of a caption (without regard to case), -1 when there is none.
+    int columnOf(const QString& caption) const;
+    // The user edits one cell and leaves it: a click on the row makes it the
+    // current one (selectRow), then the field takes the value and the row is
+    // written (db::writeGridCell). Error 5 for a row or column the grid does
+    // not have or a column that takes no edits; the field's own error when it
+    // refuses the value, the row keeping what it held.
+    void editCell(int row, int column, const QVariant& value);
 
     QString typeName() const override { return QStringLiteral("TDBGrid"); }
     QVariant get(const QString& name, const QVariantList& index = {}) override;

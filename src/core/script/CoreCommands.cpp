@@ -150,6 +150,26 @@ void select(Runner& run, const Tokens& t) {
     run.app().dispatch([&] { c.setListIndex(idx); });
 }
 
+// cell GRID ROW "COLUMN" "VALUE": the user edits one cell of a data grid and
+// leaves it, so that the change is written; the row is counted from 0.
+void cell(Runner& run, const Tokens& t) {
+    needs(t, 5, QStringLiteral("cell needs a grid, a row, a column's caption and a value"));
+    Control& c = inputControl(run, t, QStringLiteral("cell"));
+    GridObject* binding = c.kind() == ControlKind::Grid ? gridOf(c) : nullptr;
+    if (!binding)
+        throw LineError(QStringLiteral("'%1' is not a data grid").arg(t[1].text));
+    bool ok = false;
+    const int row = t[2].text.toInt(&ok);
+    if (!ok || row < 0 || row >= binding->get(QStringLiteral("RowCount")).toInt())
+        throw LineError(QStringLiteral("no row '%1' in %2").arg(t[2].text, c.fullName()));
+    const int column = binding->columnOf(t[3].text);
+    if (column < 0)
+        throw LineError(QStringLiteral("no column '%1' in %2").arg(t[3].text, c.fullName()));
+    if (!binding->columns()[column].editable)
+        throw LineError(QStringLiteral("the column '%1' of %2 takes no edits").arg(t[3].text, c.fullName()));
+    run.app().dispatch([&] { binding->editCell(row, column, t[4].text); });
+}
+
 void slide(Runner& run, const Tokens& t) {
     needs(t, 3, QStringLiteral("slide needs a name and a value"));
     Control& c = inputControl(run, t, QStringLiteral("slide"));
@@ -285,6 +305,7 @@ void addInput(Registry& r) {
     r.command(QStringLiteral("focus"), focus);
     r.command(QStringLiteral("blur"), blur);
     r.command(QStringLiteral("select"), select);
+    r.command(QStringLiteral("cell"), cell);
     r.command(QStringLiteral("slide"), slide);
     r.command(QStringLiteral("key"), key);
     r.command(QStringLiteral("tab"), tab);

@@ -3,6 +3,7 @@
 #include "core/forms/Control.h"
 #include "core/runtime/AutoObject.h"
 
+#include <QDateTime>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <climits>
@@ -47,6 +48,15 @@ QJsonValue toJson(const QVariant& value) {
     case QMetaType::Double:
     case QMetaType::Float:
         return value.toDouble();
+    case QMetaType::QDate:
+        return value.toDate().toString(QStringLiteral("yyyy-MM-dd"));
+    case QMetaType::QDateTime: {
+        // A date as ISO text, with its time of day where it holds one.
+        const QDateTime at = value.toDateTime();
+        if (at.time() == QTime(0, 0))
+            return at.date().toString(QStringLiteral("yyyy-MM-dd"));
+        return at.toString(QStringLiteral("yyyy-MM-dd'T'HH:mm:ss"));
+    }
     case QMetaType::QStringList:
         return QJsonArray::fromStringList(value.toStringList());
     case QMetaType::QVariantList: {

@@ -6,7 +6,8 @@
 namespace tessaly::script {
 
 // A value of the object model as `print` shows it: numbers, texts, booleans,
-// lists and maps as JSON; an object by its print value, a control by its
+// lists and maps as JSON; dates as ISO text ("2026-11-23", with
+// "T14:30:00" where a time of day is held); an object by its print value, a control by its
 // text, any other object by its type name; Null and Nothing as null.
 QJsonValue toJson(const QVariant& value);
 

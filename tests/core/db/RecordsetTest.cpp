@@ -250,7 +250,7 @@ TEST_P(RecordsetTest, DeleteRemovesTheRowAtTheCursorOfATableWithoutKey) {
     EXPECT_EQ(rows[0].size(), 5);
 }
 
-TEST_P(RecordsetTest, DeletingTheLastRowLeavesTheCursorOnTheDeletedRow) {
+TEST_P(RecordsetTest, DeletingTheOnlyRowLeavesNoRowAndBothEnds) {
     const int client = addClient(connectionString(), QStringLiteral("Ann"));
     const int site = addSite(connectionString(), client, QStringLiteral("S"), QStringLiteral("A"));
     addCost(site, QStringLiteral("Roofing"), QStringLiteral("100"));
@@ -259,13 +259,12 @@ TEST_P(RecordsetTest, DeletingTheLastRowLeavesTheCursorOnTheDeletedRow) {
             connection, adOpenDynamic, adLockOptimistic, adCmdText);
     rs.Delete(adAffectCurrent);
     EXPECT_EQ(rs.RecordCount(), 0);
-    EXPECT_FALSE(rs.BOF());
-    EXPECT_FALSE(rs.EOF_());
-    // With no row left, MoveFirst has nothing to go to.
-    EXPECT_EQ(errorOf([&] { rs.MoveFirst(); }).number(), 3021);
-    rs.MoveNext();
-    EXPECT_TRUE(rs.EOF_());
+    // With no row left the recordset reports both ends at once, and no move has anywhere to go.
     EXPECT_TRUE(rs.BOF());
+    EXPECT_TRUE(rs.EOF_());
+    EXPECT_EQ(errorOf([&] { rs.MoveFirst(); }).number(), 3021);
+    EXPECT_EQ(errorOf([&] { rs.MoveNext(); }).number(), 3021);
+    EXPECT_EQ(rs.AbsolutePosition(), adPosUnknown);
 }
 
 TEST_P(RecordsetTest, AReadOnlyRecordsetRefusesEveryWrite) {

@@ -34,8 +34,11 @@ QString engineColumnType(const FieldDef& f) {
         return QStringLiteral("INTEGER PRIMARY KEY AUTOINCREMENT");
     case FieldType::Long:
     case FieldType::Short:
-    case FieldType::Currency: // whole ten-thousandths
         return QStringLiteral("INTEGER");
+    case FieldType::Currency:
+        // Exact decimal text, so that no amount passes through a double and a
+        // number written by plain SQL reads back as the amount it names.
+        return QStringLiteral("TEXT");
     case FieldType::Boolean:
         return QStringLiteral("INTEGER NOT NULL DEFAULT 0");
     case FieldType::Date:
@@ -68,7 +71,7 @@ QVariant SqliteDialect::storedFlag(bool value) const {
 }
 
 QVariant SqliteDialect::storedCurrency(qint64 tenThousandths) const {
-    return static_cast<qlonglong>(tenThousandths);
+    return values::currencyText(tenThousandths);
 }
 
 QVariant SqliteDialect::dateFromStorage(const QVariant& stored) const {
@@ -79,9 +82,12 @@ QVariant SqliteDialect::dateFromStorage(const QVariant& stored) const {
     return values::dateFromSerial(stored.toDouble()); // a serial written by another program
 }
 
+// A stored amount is the decimal text Tessaly writes; a whole number or a
+// real written by other SQL names the amount itself, in pounds and pence.
 qint64 SqliteDialect::currencyFromStorage(const QVariant& stored) const {
-    if (stored.metaType().id() == QMetaType::LongLong || stored.metaType().id() == QMetaType::Int)
-        return stored.toLongLong();
+    qint64 v = 0;
+    if (stored.metaType().id() == QMetaType::QString && values::parseCurrencyText(stored.toString(), &v))
+        return v;
     return values::currencyFromVariant(stored);
 }
 

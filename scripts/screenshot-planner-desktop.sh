@@ -35,26 +35,11 @@ SCRIPT
 cat >"$home/shoot.sh" <<'SHOOT'
 set -euo pipefail
 exe=$1 home=$2 out=$3
-LC_ALL=en_GB.UTF-8 LANG=en_GB.UTF-8 "$exe" --home "$home" &
-pid=$!
-trap 'kill "$pid" 2>/dev/null || true' EXIT
-xdotool search --sync --onlyvisible --name '^Tessaly' >/dev/null
-sleep 1
-main=$(xdotool search --onlyvisible --name '^Tessaly' | head -1)
-eval "$(xdotool getwindowgeometry --shell "$main")"
-# File, then "Project Files", then its first entry.
-xdotool mousemove $((X + 18)) $((Y + 10)) click 1
-sleep 0.5
-xdotool key Down Down Right Return
-xdotool search --sync --onlyvisible --name '^Clients And Site Details$' >/dev/null
-sleep 1
-manager=$(xdotool search --onlyvisible --name '^Clients And Site Details$' | head -1)
-eval "$(xdotool getwindowgeometry --shell "$manager")"
+source "$4"
+start_program "$exe" "$home"
+open_project_manager
 # The client from the combo, then tab 3.
-xdotool mousemove $((X + 150)) $((Y + 72)) click 1
-sleep 0.5
-xdotool key Down Return
-sleep 1
+choose_first_client
 xdotool mousemove $((X + 283)) $((Y + 104)) click 1
 sleep 1
 # A booking dragged over five days of the first time line, its text typed.
@@ -81,5 +66,5 @@ xdotool mousemove $((X + 640)) $((Y + 427)) click 1
 sleep 2
 import -window root -crop 900x760+0+0 "$out/projects-desktop-report.png"
 SHOOT
-xvfb-run -a -s "-screen 0 1280x1024x24" bash "$home/shoot.sh" "$exe" "$home" "$out"
+xvfb-run -a -s "-screen 0 1280x1024x24" bash "$home/shoot.sh" "$exe" "$home" "$out" "$PWD/scripts/desktop-steps.sh"
 ls -l "$out"/projects-desktop-booking.png "$out"/projects-desktop-tip.png "$out"/projects-desktop-report.png

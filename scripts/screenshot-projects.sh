@@ -69,31 +69,15 @@ SCRIPT
 cat >"$home/shoot.sh" <<'SHOOT'
 set -euo pipefail
 exe=$1 home=$2 out=$3
-"$exe" --home "$home" &
-pid=$!
-trap 'kill "$pid" 2>/dev/null || true' EXIT
-xdotool search --sync --onlyvisible --name '^Tessaly - ' >/dev/null
-sleep 1
-main=$(xdotool search --onlyvisible --name '^Tessaly - ' | head -1)
-eval "$(xdotool getwindowgeometry --shell "$main")"
-# File, then its second entry "Project Files", then its first entry.
-xdotool mousemove $((X + 18)) $((Y + 10)) click 1
-sleep 0.5
-xdotool key Down Down Right Return
-xdotool search --sync --onlyvisible --name '^Clients And Site Details$' >/dev/null
-sleep 1
+source "$4"
+start_program "$exe" "$home"
+open_project_manager
 import -window root "$out/projects-desktop.png"
-# The client from the combo (a click opens it, a key chooses), then tab 2.
-manager=$(xdotool search --onlyvisible --name '^Clients And Site Details$' | head -1)
-eval "$(xdotool getwindowgeometry --shell "$manager")"
-xdotool mousemove $((X + 150)) $((Y + 72)) click 1
-sleep 0.5
-xdotool key Down Return
-sleep 1
+choose_first_client
 import -window root "$out/projects-desktop-site.png"
 xdotool mousemove $((X + 150)) $((Y + 104)) click 1
 sleep 1
 import -window root "$out/projects-desktop-drawings.png"
 SHOOT
-xvfb-run -a -s "-screen 0 1280x1024x24" bash "$home/shoot.sh" "$exe" "$home" "$out"
+xvfb-run -a -s "-screen 0 1280x1024x24" bash "$home/shoot.sh" "$exe" "$home" "$out" "$PWD/scripts/desktop-steps.sh"
 ls -l "$out"/projects-*.png

@@ -4,6 +4,7 @@
 #include "core/runtime/RuntimeError.h"
 #include "core/runtime/Vb.h"
 
+#include <QLocale>
 #include <QRegularExpression>
 #include <cmath>
 #include <limits>
@@ -78,7 +79,46 @@ qint64 currencyFromDouble(double d) {
     return static_cast<qint64>(scaled);
 }
 
-// The text of a currency entry without what a person may type around the number.
+// True for the characters a locale may group digits with: its own
+// separator, and the spaces that stand for it when a person types.
+bool isGroupMark(QChar c, const QString& localeGroup) {
+    return localeGroup.contains(c) || (localeGroup.at(0).isSpace() &&
+                                       (c == QLatin1Char(' ') || c == QChar(0x00A0) || c == QChar(0x202F)));
+}
+
+// A number in the form of the locale Tessaly runs in, where that locale's
+// decimal mark is not a point ("1 250,50" in fr_FR), rewritten as
+// [digits][.digits]; empty when the text is not in that form.
+QString fromLocaleForm(const QString& t) {
+    const QLocale locale; // the locale the program runs in
+    const QString point = locale.decimalPoint();
+    const QString group = locale.groupSeparator();
+    if (point == QLatin1String(".") || point.size() != 1 || group.isEmpty())
+        return {};
+    QString out;
+    bool seenPoint = false;
+    for (int i = 0; i < t.size(); ++i) {
+        const QChar c = t.at(i);
+        if (c.isDigit()) {
+            out += c;
+        } else if (c == point.at(0) && !seenPoint) {
+            seenPoint = true;
+            out += QLatin1Char('.');
+        } else if (!seenPoint && isGroupMark(c, group) && i > 0 && t.at(i - 1).isDigit() &&
+                   i + 3 < t.size() && t.at(i + 1).isDigit() && t.at(i + 2).isDigit() &&
+                   t.at(i + 3).isDigit()) {
+            continue; // a group mark between digit groups
+        } else {
+            return {};
+        }
+    }
+    return out;
+}
+
+// The text of a currency entry without what a person may type around the
+// number: a sign, the currency symbol before or after it, and the thousands
+// separators between digit groups. In a locale whose decimal mark is a comma,
+// the number is read in that locale's form first.
 QString bareNumber(const QString& text) {
     QString t = text.trimmed();
     bool negative = false;
@@ -89,6 +129,11 @@ QString bareNumber(const QString& text) {
     static const QString symbols = QStringLiteral("£$€");
     if (!t.isEmpty() && symbols.contains(t.at(0)))
         t = t.mid(1).trimmed();
+    else if (!t.isEmpty() && symbols.contains(t.at(t.size() - 1)))
+        t = t.left(t.size() - 1).trimmed();
+    const QString local = fromLocaleForm(t);
+    if (!local.isEmpty())
+        return negative ? QLatin1Char('-') + local : local;
     // Thousands separators between digit groups.
     static const QRegularExpression grouped(QStringLiteral("^\\d{1,3}(,\\d{3})+(\\.\\d*)?$"));
     if (grouped.match(t).hasMatch())

@@ -3,6 +3,7 @@
 #include "core/db/Values.h"
 #include "core/runtime/RuntimeError.h"
 
+#include <QLocale>
 #include <gtest/gtest.h>
 
 using namespace tessaly;
@@ -41,6 +42,35 @@ TEST(Values, CurrencyRefusesWhatIsNoNumber) {
     EXPECT_EQ(errorNumber([] { values::currencyFromVariant(QStringLiteral("")); }), 13);
     EXPECT_EQ(errorNumber([] { values::currencyFromVariant(QStringLiteral("1e20")); }), 6);
     EXPECT_EQ(errorNumber([] { values::currencyFromVariant(QStringLiteral("9999999999999999")); }), 6);
+}
+
+// Sets the program's locale for one test and puts en_GB back after it.
+class InLocale {
+public:
+    explicit InLocale(const char* name) { QLocale::setDefault(QLocale(QLatin1String(name))); }
+    ~InLocale() { QLocale::setDefault(QLocale(QStringLiteral("en_GB"))); }
+    InLocale(const InLocale&) = delete;
+    InLocale& operator=(const InLocale&) = delete;
+};
+
+TEST(Values, CurrencyTypedInALocaleWithADecimalCommaIsReadInItsForm) {
+    {
+        const InLocale french("fr_FR");
+        EXPECT_EQ(values::currencyFromVariant(QStringLiteral("1250,5")), 12505000);
+        EXPECT_EQ(values::currencyFromVariant(QStringLiteral("1 250,50 €")), 12505000);
+        EXPECT_EQ(values::currencyFromVariant(QString::fromUtf8("1\u202f250,50")), 12505000);
+        EXPECT_EQ(values::currencyFromVariant(QStringLiteral("-0,25")), -2500);
+        // A point is still read as the decimal mark where no comma is.
+        EXPECT_EQ(values::currencyFromVariant(QStringLiteral("1250.5")), 12505000);
+        EXPECT_EQ(errorNumber([] { values::currencyFromVariant(QStringLiteral("12,5,0")); }), 13);
+    }
+    {
+        const InLocale german("de_DE");
+        EXPECT_EQ(values::currencyFromVariant(QStringLiteral("1.250,75")), 12507500);
+        EXPECT_EQ(values::currencyFromVariant(QStringLiteral("1250,75")), 12507500);
+    }
+    // In en_GB a comma groups thousands.
+    EXPECT_EQ(values::currencyFromVariant(QStringLiteral("1,250")), 12500000);
 }
 
 TEST(Values, CurrencyText) {

@@ -87,6 +87,22 @@ TEST_F(Delivery, EveryRecipientOfEveryMessageIsGivenToTheServerOldestFirst) {
     EXPECT_EQ(outbox.sent().size(), 2);
 }
 
+// Messages stored within one millisecond keep the order they were stored in,
+// in the outbox and after delivery in Sent.
+TEST_F(Delivery, MessagesStoredInOneMillisecondKeepTheirOrder) {
+    QStringList stored;
+    for (int i = 0; i < 40; ++i)
+        stored << outbox.store(QByteArray("Subject: ") + QByteArray::number(i) + "\r\n\r\n.\r\n");
+    EXPECT_EQ(outbox.waiting(), stored);
+    for (const QString& name : stored)
+        ASSERT_TRUE(outbox.markSent(name)) << name.toStdString();
+    EXPECT_EQ(outbox.sent(), stored);
+    // The stored bytes are the message given.
+    const QString next = outbox.store(QByteArrayLiteral("Subject: last\r\n"));
+    EXPECT_EQ(outbox.read(next), QByteArrayLiteral("Subject: last\r\n"));
+    EXPECT_EQ(outbox.waiting(), QStringList{next});
+}
+
 TEST_F(Delivery, ARefusedRecipientLeavesTheMessageAndLogsTheServersReply) {
     SmtpTestServer server(QStringLiteral("refuse"));
     ASSERT_TRUE(server.running());

@@ -30,6 +30,8 @@ public:
     bool markSent(const QString& name) const;
 
 private:
+    QString nextName() const;
+
     QString home_;
 };
 

@@ -4,6 +4,7 @@
 #include "ProjectSchema.h"
 #include "SqliteRows.h"
 #include "Values.h"
+#include "core/runtime/RuntimeError.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -77,7 +78,15 @@ QVariant SqliteDialect::storedCurrency(qint64 tenThousandths) const {
 QVariant SqliteDialect::dateFromStorage(const QVariant& stored) const {
     if (stored.metaType().id() == QMetaType::QString) {
         const QDateTime dt = values::fromIsoText(stored.toString());
-        return dt.isValid() ? QVariant(dt) : QVariant();
+        if (dt.isValid())
+            return dt;
+        // A date written by other SQL in the day/month/year form; text that is
+        // no date at all reads as Null rather than stopping the read.
+        try {
+            return values::dateFromVariant(stored);
+        } catch (const RuntimeError&) {
+            return {};
+        }
     }
     return values::dateFromSerial(stored.toDouble()); // a serial written by another program
 }

@@ -2,6 +2,7 @@
 
 #include "FileCommands.h"
 #include "core/files/FileSystem.h"
+#include "core/runtime/Clock.h"
 #include "core/runtime/Vb.h"
 #include "workspace/Application.h"
 #include "workspace/LateBound.h"
@@ -29,7 +30,7 @@ void Timer1_Timer(frmMain& main, Application& app) {
     //    a save that fails does so as the canvas's save fails.
     if (app.gBackupTicks == BackupPeriod) {
         app.ui.setMousePointer(pointer::Hourglass);
-        const QString path = BackupPath(app.home.appPath(), QDateTime::currentDateTime());
+        const QString path = BackupPath(app.home.appPath(), clock::now());
         late::call(main.canvas1(), "SaveFile", {fs::toHost(path), PdrFormat});
         app.gBackupTicks = 0;
         app.ui.setMousePointer(pointer::Default);

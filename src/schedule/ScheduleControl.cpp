@@ -4,6 +4,7 @@
 #include "core/forms/ApplicationBase.h"
 #include "core/forms/Control.h"
 #include "core/forms/Form.h"
+#include "core/runtime/Clock.h"
 #include "core/runtime/RuntimeError.h"
 
 #include <QDate>
@@ -21,7 +22,7 @@ constexpr int MinRowSetting = 1;
 } // namespace
 
 ScheduleControl::ScheduleControl()
-    : firstDay_(static_cast<int>(dayOfDate(QDate::currentDate()))), lastDay_(firstDay_ + DesignRangeDays),
+    : firstDay_(static_cast<int>(dayOfDate(clock::today()))), lastDay_(firstDay_ + DesignRangeDays),
       rowSetting_(DefaultRowSetting) {
     view_.originDay = firstDay_;
 }

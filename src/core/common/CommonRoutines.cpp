@@ -2,6 +2,7 @@
 
 #include "core/files/FileSystem.h"
 #include "core/forms/ApplicationBase.h"
+#include "core/runtime/Clock.h"
 #include "core/runtime/Vb.h"
 
 #include <QDateTime>
@@ -16,9 +17,10 @@ constexpr int MinutesPerDay = 1440; // midnight at the end of the day
 } // namespace
 
 void ReportError(ApplicationBase& app, const QString& a, const QString& b, const QString& c) {
-    const QString now = QDateTime::currentDateTime().toString(QStringLiteral("dd/MM/yyyy HH:mm:ss"));
+    const QString now = clock::now().toString(QStringLiteral("dd/MM/yyyy HH:mm:ss"));
     fs::appendText(app.home.appPath() + QStringLiteral("\\ErrorLog.Log"),
-                   now + QLatin1Char('-') + a + QLatin1Char('-') + b + QLatin1Char('-') + c + QLatin1Char('\n'));
+                   now + QLatin1Char('-') + a + QLatin1Char('-') + b + QLatin1Char('-') + c +
+                       QLatin1Char('\n'));
 }
 
 QString MinutesToTimeText(int16_t& minutes) {
@@ -47,7 +49,8 @@ QString MinutesToTimeText(int16_t& minutes) {
 bool ValidatePositive(ApplicationBase& app, const QVariant& value) {
     if (vb::isNumeric(value) && vb::toDouble(value) > 0)
         return true;
-    app.ui.msgBox(QStringLiteral("You must enter a numeric value, greater than zero!"), mb::Critical, AppTitle);
+    app.ui.msgBox(QStringLiteral("You must enter a numeric value, greater than zero!"), mb::Critical,
+                  AppTitle);
     return false;
 }
 

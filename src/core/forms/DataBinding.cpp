@@ -6,6 +6,7 @@
 #include "core/db/BoundField.h"
 #include "core/db/DataControl.h"
 #include "core/db/Recordset.h"
+#include "core/runtime/MemberName.h"
 #include "core/runtime/RuntimeError.h"
 #include "core/runtime/Vb.h"
 
@@ -16,9 +17,7 @@ namespace {
 // The grid property that lists, in order, the columns sized to their content.
 const QString AutoSizedProperty = QStringLiteral("AutoSized");
 
-bool is(const QString& a, const char* b) {
-    return a.compare(QLatin1String(b), Qt::CaseInsensitive) == 0;
-}
+using member::is;
 
 // One field of the current row, reached as Recordset.Fields("Name"): it prints
 // as its value.

@@ -5,6 +5,19 @@
 
 namespace tessaly::db {
 
+namespace {
+
+// A stored amount is the decimal text Tessaly writes; a whole number or a
+// real written by other SQL names the amount itself, in pounds and pence.
+qint64 currencyFromStorage(const QVariant& stored) {
+    qint64 v = 0;
+    if (stored.metaType().id() == QMetaType::QString && values::parseCurrencyText(stored.toString(), &v))
+        return v;
+    return values::currencyFromVariant(stored);
+}
+
+} // namespace
+
 QString Dialect::quote(const QString& name) const {
     QString n = name;
     n.replace(QLatin1Char('"'), QStringLiteral("\"\""));
@@ -20,7 +33,7 @@ QVariant Dialect::toStorage(FieldType type, const QVariant& neutral) const {
     case FieldType::Boolean:
         return storedFlag(neutral.toBool());
     case FieldType::Currency:
-        return storedCurrency(neutral.toLongLong());
+        return values::currencyText(neutral.toLongLong());
     default:
         return neutral;
     }

@@ -26,9 +26,9 @@ public:
     virtual QString rowKeyColumn(const QString& table) const = 0;
 
     // A neutral value (see Values.h) as the engine holds it, and back. A Null
-    // stays Null, whole numbers and texts are held as they are and dates as
-    // ISO text; each engine holds flags and currency in its own way, and
-    // reads back dates, currency and flags from what its driver gives.
+    // stays Null, whole numbers and texts are held as they are, dates as ISO
+    // text and currency as exact decimal text; each engine holds flags in its
+    // own way, and reads back dates and flags from what its driver gives.
     QVariant toStorage(FieldType type, const QVariant& neutral) const;
     QVariant fromStorage(FieldType type, const QVariant& stored) const;
 
@@ -45,13 +45,11 @@ public:
                                     const QString& keyColumn) const = 0;
 
 protected:
-    // How the engine holds a flag and a currency amount in ten-thousandths.
+    // How the engine holds a flag.
     virtual QVariant storedFlag(bool value) const = 0;
-    virtual QVariant storedCurrency(qint64 tenThousandths) const = 0;
-    // A date, a currency amount and a flag as the engine's driver gives them,
-    // never Null; a date the engine does not hold as one reads as Null.
+    // A date and a flag as the engine's driver gives them, never Null; a date
+    // the engine does not hold as one reads as Null.
     virtual QVariant dateFromStorage(const QVariant& stored) const = 0;
-    virtual qint64 currencyFromStorage(const QVariant& stored) const = 0;
     virtual bool flagFromStorage(const QVariant& stored) const = 0;
     // An INSERT of `columns` with `?` placeholders, or of the defaults alone
     // when there are no columns.

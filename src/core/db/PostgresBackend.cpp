@@ -55,10 +55,6 @@ QVariant PostgresDialect::storedFlag(bool value) const {
     return value;
 }
 
-QVariant PostgresDialect::storedCurrency(qint64 tenThousandths) const {
-    return values::currencyText(tenThousandths);
-}
-
 QVariant PostgresDialect::dateFromStorage(const QVariant& stored) const {
     if (stored.metaType().id() == QMetaType::QDateTime) {
         const QDateTime dt = stored.toDateTime();
@@ -66,13 +62,6 @@ QVariant PostgresDialect::dateFromStorage(const QVariant& stored) const {
     }
     const QDateTime dt = values::fromIsoText(stored.toString());
     return dt.isValid() ? QVariant(dt) : QVariant();
-}
-
-qint64 PostgresDialect::currencyFromStorage(const QVariant& stored) const {
-    qint64 v = 0;
-    if (stored.metaType().id() == QMetaType::QString && values::parseCurrencyText(stored.toString(), &v))
-        return v;
-    return values::currencyFromVariant(stored);
 }
 
 bool PostgresDialect::flagFromStorage(const QVariant& stored) const {

@@ -19,9 +19,7 @@ public:
 
 protected:
     QVariant storedFlag(bool value) const override;
-    QVariant storedCurrency(qint64 tenThousandths) const override;
     QVariant dateFromStorage(const QVariant& stored) const override;
-    qint64 currencyFromStorage(const QVariant& stored) const override;
     bool flagFromStorage(const QVariant& stored) const override;
 };
 

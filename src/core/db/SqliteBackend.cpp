@@ -71,10 +71,6 @@ QVariant SqliteDialect::storedFlag(bool value) const {
     return value ? -1 : 0;
 }
 
-QVariant SqliteDialect::storedCurrency(qint64 tenThousandths) const {
-    return values::currencyText(tenThousandths);
-}
-
 QVariant SqliteDialect::dateFromStorage(const QVariant& stored) const {
     if (stored.metaType().id() == QMetaType::QString) {
         const QDateTime dt = values::fromIsoText(stored.toString());
@@ -89,15 +85,6 @@ QVariant SqliteDialect::dateFromStorage(const QVariant& stored) const {
         }
     }
     return values::dateFromSerial(stored.toDouble()); // a serial written by another program
-}
-
-// A stored amount is the decimal text Tessaly writes; a whole number or a
-// real written by other SQL names the amount itself, in pounds and pence.
-qint64 SqliteDialect::currencyFromStorage(const QVariant& stored) const {
-    qint64 v = 0;
-    if (stored.metaType().id() == QMetaType::QString && values::parseCurrencyText(stored.toString(), &v))
-        return v;
-    return values::currencyFromVariant(stored);
 }
 
 bool SqliteDialect::flagFromStorage(const QVariant& stored) const {

@@ -4,8 +4,7 @@
 
 namespace tessaly::db {
 
-// SQLite's dialect: names as written, flags as -1 and 0, dates as ISO text,
-// currency as whole ten-thousandths.
+// SQLite's dialect: names as written, flags as -1 and 0, dates as ISO text.
 class SqliteDialect final : public Dialect {
 public:
     QString identifier(const QString& name, bool quoted) const override;
@@ -18,9 +17,7 @@ public:
 
 protected:
     QVariant storedFlag(bool value) const override;
-    QVariant storedCurrency(qint64 tenThousandths) const override;
     QVariant dateFromStorage(const QVariant& stored) const override;
-    qint64 currencyFromStorage(const QVariant& stored) const override;
     bool flagFromStorage(const QVariant& stored) const override;
 };
 

@@ -1,6 +1,7 @@
 #include "FileSystemObject.h"
 
 #include "FileSystem.h"
+#include "core/runtime/MemberName.h"
 #include "core/runtime/RuntimeError.h"
 #include "core/runtime/Vb.h"
 
@@ -8,9 +9,7 @@ namespace tessaly {
 
 namespace {
 
-bool is(const QString& a, const char* b) {
-    return a.compare(QLatin1String(b), Qt::CaseInsensitive) == 0;
-}
+using member::is;
 
 // An optional Boolean argument, with its default when left out.
 bool flag(const QVariantList& args, int i, bool byDefault) {

@@ -5,6 +5,7 @@
 #include "core/db/DbErrors.h"
 #include "core/db/Values.h"
 #include "core/runtime/Clock.h"
+#include "core/runtime/MemberName.h"
 #include "core/runtime/RuntimeError.h"
 #include "core/runtime/Vb.h"
 
@@ -34,9 +35,7 @@ private:
     int panel_;
 };
 
-bool is(const QString& a, const char* b) {
-    return a.compare(QLatin1String(b), Qt::CaseInsensitive) == 0;
-}
+using member::is;
 
 // The Style of a list box that shows a tick box at each item.
 constexpr int CheckBoxListStyle = 1;

@@ -6,6 +6,7 @@
 #include "core/db/BoundField.h"
 #include "core/db/DataControl.h"
 #include "core/db/Recordset.h"
+#include "core/runtime/MemberName.h"
 #include "core/runtime/RuntimeError.h"
 #include "core/runtime/Vb.h"
 
@@ -16,8 +17,14 @@ namespace {
 // The grid property that lists, in order, the columns sized to their content.
 const QString AutoSizedProperty = QStringLiteral("AutoSized");
 
-bool is(const QString& a, const char* b) {
-    return a.compare(QLatin1String(b), Qt::CaseInsensitive) == 0;
+using member::is;
+
+// The field of the current row that `key` names: a text names it, a number
+// gives its position.
+db::Field fieldAt(db::Recordset& rs, const QVariant& key) {
+    if (key.metaType().id() == QMetaType::QString)
+        return rs.Fields(key.toString());
+    return rs.Fields(vb::toInt32(key));
 }
 
 // One field of the current row, reached as Recordset.Fields("Name"): it prints
@@ -43,11 +50,7 @@ public:
     std::optional<QVariant> printValue() override { return field().Value(); }
 
 private:
-    db::Field field() const {
-        if (key_.metaType().id() == QMetaType::QString)
-            return rs_.Fields(key_.toString());
-        return rs_.Fields(vb::toInt32(key_));
-    }
+    db::Field field() const { return fieldAt(rs_, key_); }
     db::Recordset& rs_;
     QVariant key_;
     AutoPtr owner_;
@@ -160,10 +163,7 @@ QVariant RecordsetObject::get(const QString& name, const QVariantList& index) {
     if (is(name, "Fields") && !index.isEmpty()) {
         const QVariant key = index.value(0);
         // Checked now, so that a wrong name fails where it is written.
-        if (key.metaType().id() == QMetaType::QString)
-            rs_.Fields(key.toString());
-        else
-            rs_.Fields(vb::toInt32(key));
+        fieldAt(rs_, key);
         return toVariant(std::make_shared<FieldObject>(rs_, key, shared_from_this()));
     }
     return AutoObject::get(name, index);
@@ -271,9 +271,13 @@ int GridObject::columnOf(const QString& caption) const {
     return -1;
 }
 
-void GridObject::editCell(int row, int column, const QVariant& value) {
+void GridObject::checkColumn(int column) const {
     if (column < 0 || column >= columns_.size())
         raiseError(err::InvalidProcedureCall, QStringLiteral("The grid has no column %1").arg(column));
+}
+
+void GridObject::editCell(int row, int column, const QVariant& value) {
+    checkColumn(column);
     if (!columns_[column].editable)
         raiseError(err::InvalidProcedureCall,
                    QStringLiteral("The column %1 takes no edits").arg(columns_[column].caption));
@@ -300,8 +304,7 @@ QVariant GridObject::get(const QString& name, const QVariantList& index) {
         if (index.isEmpty())
             return static_cast<int>(columns_.size());
         const int c = vb::toInt32(index.value(0));
-        if (c < 0 || c >= columns_.size())
-            raiseError(err::InvalidProcedureCall, QStringLiteral("The grid has no column %1").arg(c));
+        checkColumn(c);
         return columns_[c].caption;
     }
     return AutoObject::get(name, index);
@@ -324,8 +327,7 @@ QVariant GridObject::call(const QString& name, QVariantList& args) {
         // Sizes a column to its content; the view does the sizing, and the
         // columns sized so far are listed, in order, in AutoSized.
         const int column = vb::toInt32(args.value(0));
-        if (column < 0 || column >= columns_.size())
-            raiseError(err::InvalidProcedureCall, QStringLiteral("The grid has no column %1").arg(column));
+        checkColumn(column);
         QVariantList sized = grid_.prop(AutoSizedProperty).toList();
         sized << column;
         grid_.setProp(AutoSizedProperty, sized);

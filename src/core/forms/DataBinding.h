@@ -93,6 +93,9 @@ public:
     QStringList memberNames() const override;
 
 private:
+    // Error 5 for a column the grid does not have.
+    void checkColumn(int column) const;
+
     Control& grid_;
     QString dataSource_;
     QList<db::GridColumn> columns_;

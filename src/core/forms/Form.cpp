@@ -3,16 +3,13 @@
 #include "ApplicationBase.h"
 #include "ControlEvents.h"
 #include "WiringError.h"
+#include "core/runtime/MemberName.h"
 #include "core/runtime/RuntimeError.h"
 #include "core/runtime/Vb.h"
 
 namespace tessaly {
 
-namespace {
-bool is(const QString& a, const char* b) {
-    return a.compare(QLatin1String(b), Qt::CaseInsensitive) == 0;
-}
-} // namespace
+using member::is;
 
 Form::Form(ApplicationBase& app, QString name) : app_(app), name_(std::move(name)) {}
 

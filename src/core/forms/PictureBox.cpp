@@ -1,6 +1,7 @@
 #include "PictureBox.h"
 
 #include "Control.h"
+#include "core/runtime/MemberName.h"
 #include "core/runtime/RuntimeError.h"
 #include "core/runtime/Vb.h"
 
@@ -10,9 +11,7 @@ namespace tessaly {
 
 namespace {
 
-bool is(const QString& a, const char* b) {
-    return a.compare(QLatin1String(b), Qt::CaseInsensitive) == 0;
-}
+using member::is;
 
 // A colour of the picture as the logic counts colours: red in the low byte.
 int32_t platformColour(QRgb rgb) {

@@ -2,6 +2,7 @@
 
 #include "Control.h"
 #include "Form.h"
+#include "core/runtime/MemberName.h"
 #include "core/runtime/RuntimeError.h"
 #include "core/runtime/Vb.h"
 
@@ -15,9 +16,7 @@ const QString TabsProperty = QStringLiteral("Tabs");
 const QString TabProperty = QStringLiteral("Tab");
 const QString EnabledProperty = QStringLiteral("TabEnabled");
 
-bool is(const QString& a, const char* b) {
-    return a.compare(QLatin1String(b), Qt::CaseInsensitive) == 0;
-}
+using member::is;
 
 void requireTab(const Control& strip, int tab) {
     if (tab < 1 || tab > count(strip))

@@ -13,7 +13,6 @@
 #include "core/script/ScriptRegistry.h"
 #include "core/script/ScriptRunner.h"
 #include "core/script/SetupCommands.h"
-#include "core/settings/SettingsStore.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -396,11 +395,7 @@ QJsonValue printFile(Runner& run, const Tokens& expr) {
 // Rows of a query over a connection of the driver's own, so that it works
 // after the program has ended.
 QJsonValue printSql(Runner& run, const Tokens& expr) {
-    SettingsStore machine(run.home().machineSettingsPath());
-    const QString location = machine.read(MachineKey, QStringLiteral("DB_Location"));
-    const QString connection = location.contains(QLatin1String("Data Source="), Qt::CaseInsensitive)
-                                   ? location
-                                   : QStringLiteral("Data Source=") + location;
+    const QString connection = projectDatabaseConnection(run);
     QJsonArray rows;
     try {
         for (const QVariantMap& row : db::querySql(connection, expr[1].text))

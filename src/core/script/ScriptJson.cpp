@@ -2,6 +2,7 @@
 
 #include "core/forms/Control.h"
 #include "core/runtime/AutoObject.h"
+#include "core/runtime/MemberName.h"
 
 #include <QDateTime>
 #include <QJsonArray>
@@ -12,9 +13,7 @@ namespace tessaly::script {
 
 namespace {
 
-bool is(const QString& a, const char* b) {
-    return a.compare(QLatin1String(b), Qt::CaseInsensitive) == 0;
-}
+using member::is;
 
 QJsonValue objectJson(const QVariant& value) {
     AutoPtr o = toObject(value);

@@ -16,15 +16,6 @@ namespace tessaly::script {
 
 namespace {
 
-// The connection to the project database that the install step's settings name.
-QString connectionOf(Runner& run) {
-    SettingsStore machine(run.home().machineSettingsPath());
-    const QString location = machine.read(MachineKey, QStringLiteral("DB_Location"));
-    return location.contains(QLatin1String("Data Source="), Qt::CaseInsensitive)
-               ? location
-               : QStringLiteral("Data Source=") + location;
-}
-
 QString inHome(Runner& run, const QString& path) {
     if (QDir::isRelativePath(fs::toHost(path)))
         return run.homeDir() + QLatin1Char('/') + path;
@@ -57,7 +48,7 @@ void sql(Runner& run, const Tokens& t) {
         throw LineError(QStringLiteral("sql needs one statement"));
     try {
         db::Connection connection;
-        connection.Open(connectionOf(run));
+        connection.Open(projectDatabaseConnection(run));
         db::Recordset rs;
         rs.Open(t[1].text, connection, db::adOpenDynamic, db::adLockOptimistic, db::adCmdText);
         if (rs.State() == db::adStateOpen)
@@ -75,6 +66,14 @@ void mkdir(Runner& run, const Tokens& t) {
 }
 
 } // namespace
+
+QString projectDatabaseConnection(Runner& run) {
+    SettingsStore machine(run.home().machineSettingsPath());
+    const QString location = machine.read(MachineKey, QStringLiteral("DB_Location"));
+    return location.contains(QLatin1String("Data Source="), Qt::CaseInsensitive)
+               ? location
+               : QStringLiteral("Data Source=") + location;
+}
 
 void addSetupCommands(Registry& registry) {
     registry.command(QStringLiteral("setting"), setting);

@@ -1,8 +1,15 @@
 #pragma once
 
+#include <QString>
+
 namespace tessaly::script {
 
 class Registry;
+class Runner;
+
+// The connection string of the project database that the home's machine
+// settings name, for the driver's own connections.
+QString projectDatabaseConnection(Runner& run);
 
 // Commands that prepare what a script runs on, as a user would outside the
 // program: `setting STORE KEY VALUE` writes one value of a settings store on

@@ -2,7 +2,7 @@
 // it. A quote may break a query; it can never run a second statement, and
 // never make a write reach rows that the query did not name.
 
-#include "Database.h"
+#include "ConnectedDbTest.h"
 #include "TestErrors.h"
 #include "core/db/Connection.h"
 #include "core/db/QuerySql.h"
@@ -14,13 +14,12 @@ using namespace tessaly::db::test;
 
 namespace {
 
-class Injection : public DbTest {
+class Injection : public ConnectedDbTest {
 protected:
     void SetUp() override {
-        DbTest::SetUp();
+        ConnectedDbTest::SetUp();
         if (HasFatalFailure())
             return;
-        connection.Open(connectionString());
         const int client =
             addClient(connectionString(), QStringLiteral("O'Brien"), QStringLiteral("O'Brien House"));
         addClient(connectionString(), QStringLiteral("Other"));
@@ -36,11 +35,6 @@ protected:
             rs.Close();
         }
     }
-    void TearDown() override {
-        connection.Close();
-        DbTest::TearDown();
-    }
-
     // The colour window's query, built as the program builds it.
     static QString colourQuery(const QString& address, const QString& plan) {
         return QStringLiteral("SELECT Sites.SiteID, Sites.Address, SitePlans.PlanDescription, "
@@ -64,8 +58,6 @@ protected:
         EXPECT_EQ(countRows(connectionString(), QStringLiteral("SELECT * FROM SitePlans;")), 2);
         EXPECT_EQ(markedPlans(), 0);
     }
-
-    Connection connection;
 };
 
 } // namespace

@@ -3,7 +3,7 @@
 // program builds.
 
 #include "core/db/Recordset.h"
-#include "Database.h"
+#include "ConnectedDbTest.h"
 #include "TestErrors.h"
 #include "core/db/Connection.h"
 #include "core/db/QuerySql.h"
@@ -14,19 +14,8 @@ using namespace tessaly::db::test;
 
 namespace {
 
-class RecordsetTest : public DbTest {
+class RecordsetTest : public ConnectedDbTest {
 protected:
-    void SetUp() override {
-        DbTest::SetUp();
-        if (HasFatalFailure())
-            return;
-        connection.Open(connectionString());
-    }
-    void TearDown() override {
-        connection.Close();
-        DbTest::TearDown();
-    }
-
     void addCost(int site, const QString& item, const QString& cost) {
         Recordset rs;
         rs.Open(QStringLiteral("SELECT * FROM ProjectCosts WHERE (((ProjectCosts.SiteID)=%1));").arg(site),
@@ -39,8 +28,6 @@ protected:
         rs.Update();
         rs.Close();
     }
-
-    Connection connection;
 };
 
 } // namespace

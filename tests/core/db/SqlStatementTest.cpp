@@ -3,6 +3,7 @@
 // write. These need no database.
 
 #include "core/db/SqlStatement.h"
+#include "TestErrors.h"
 #include "core/db/DbErrors.h"
 #include "core/db/PostgresBackend.h"
 #include "core/db/SqliteBackend.h"
@@ -12,19 +13,9 @@
 
 using namespace tessaly;
 using namespace tessaly::db;
+using namespace tessaly::db::test;
 
 namespace {
-
-// Runs `f` and returns the run-time error it raised.
-template <typename F> RuntimeError errorOf(F&& f) {
-    try {
-        f();
-    } catch (const RuntimeError& e) {
-        return e;
-    }
-    ADD_FAILURE() << "no run-time error was raised";
-    return RuntimeError(0, QStringLiteral("none"));
-}
 
 QString sqlite(const QString& sql) {
     return SqlStatement::parse(sql).render(SqliteDialect());

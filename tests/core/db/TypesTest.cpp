@@ -1,7 +1,7 @@
 // Values through the database: exact currency, date serials, flags, the
 // widths of whole numbers and Nulls.
 
-#include "Database.h"
+#include "ConnectedDbTest.h"
 #include "TestErrors.h"
 #include "core/db/Connection.h"
 #include "core/db/QuerySql.h"
@@ -17,22 +17,15 @@ using namespace tessaly::db::test;
 
 namespace {
 
-class Types : public DbTest {
+class Types : public ConnectedDbTest {
 protected:
     void SetUp() override {
-        DbTest::SetUp();
+        ConnectedDbTest::SetUp();
         if (HasFatalFailure())
             return;
-        connection.Open(connectionString());
         site = addSite(connectionString(), addClient(connectionString(), QStringLiteral("C")),
                        QStringLiteral("S"), QStringLiteral("A"));
     }
-    void TearDown() override {
-        connection.Close();
-        DbTest::TearDown();
-    }
-
-    Connection connection;
     int site = 0;
 };
 

@@ -68,13 +68,17 @@ QByteArray recordEmf(QSizeF frameMm, const std::function<void(QPainter&)>& paint
     return emf;
 }
 
-void paintShapes(QPainter& painter) {
+namespace {
+
+void paintShapes(QPainter& painter, bool withEllipse) {
     painter.setPen(QPen(QColor(200, 0, 0), 4, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
     painter.setBrush(QColor(255, 220, 0));
     painter.drawRect(20, 20, 180, 100);
-    painter.setPen(QPen(QColor(0, 0, 160), 2));
-    painter.setBrush(QColor(120, 200, 255));
-    painter.drawEllipse(QRectF(240, 30, 140, 90));
+    if (withEllipse) {
+        painter.setPen(QPen(QColor(0, 0, 160), 2));
+        painter.setBrush(QColor(120, 200, 255));
+        painter.drawEllipse(QRectF(240, 30, 140, 90));
+    }
     painter.setPen(QPen(Qt::black, 6, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
     painter.drawLine(20, 200, 380, 200);
     painter.setPen(QPen(QColor(0, 120, 0), 3, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
@@ -90,6 +94,16 @@ void paintShapes(QPainter& painter) {
     painter.setPen(QPen(QColor(120, 0, 120), 2, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
     painter.setBrush(QColor(255, 180, 255));
     painter.drawPath(curve);
+}
+
+} // namespace
+
+void paintShapes(QPainter& painter) {
+    paintShapes(painter, true);
+}
+
+void paintShapesWithoutEllipse(QPainter& painter) {
+    paintShapes(painter, false);
 }
 
 QString scratchDir() {

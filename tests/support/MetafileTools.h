@@ -39,6 +39,8 @@ QByteArray recordEmf(QSizeF frameMm, const std::function<void(QPainter&)>& paint
 
 // The drawing most tests use: filled and outlined shapes, no text.
 void paintShapes(QPainter& painter);
+// The same without the ellipse, for renderers that leave ellipses unfilled.
+void paintShapesWithoutEllipse(QPainter& painter);
 
 // A scratch folder for the files of one test binary.
 QString scratchDir();

@@ -123,6 +123,11 @@ QString writeScratch(const QString& name, const QByteArray& bytes) {
     return path;
 }
 
+QByteArray readFile(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 void addToCorpus(const QString& kind, const QString& name, const QByteArray& bytes) {
     const QString dir = QStringLiteral(TESSALY_METAFILE_CORPUS) + QLatin1Char('/') + kind;
     QDir().mkpath(dir);
@@ -149,8 +154,7 @@ QByteArray emfToSvg(const QByteArray& emf, const QString& name) {
     const QString out = scratchDir() + QLatin1Char('/') + name + QStringLiteral(".emf.svg");
     if (runTool(QStringLiteral(EMF2SVG_PROGRAM), {QStringLiteral("-i"), in, QStringLiteral("-o"), out}) != 0)
         return {};
-    QFile file(out);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return readFile(out);
 }
 
 QStringList libwmfFontArguments() {
@@ -187,8 +191,7 @@ QByteArray wmfToSvg(const QByteArray& wmf, const QString& name) {
     if (runTool(QStringLiteral(WMF2SVG_PROGRAM),
                 libwmfFontArguments() + QStringList{QStringLiteral("-o"), out, in}) != 0)
         return {};
-    QFile file(out);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return readFile(out);
 }
 
 double mismatchShare(const QImage& a, const QImage& b, int channelTolerance) {

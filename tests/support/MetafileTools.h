@@ -45,6 +45,8 @@ void paintShapesWithoutEllipse(QPainter& painter);
 // A scratch folder for the files of one test binary.
 QString scratchDir();
 QString writeScratch(const QString& name, const QByteArray& bytes);
+// The bytes of a file; empty when it cannot be read.
+QByteArray readFile(const QString& path);
 // Files the fuzz targets start from, written by the tests.
 void addToCorpus(const QString& kind, const QString& name, const QByteArray& bytes);
 

@@ -12,7 +12,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <benchmark/benchmark.h>
@@ -26,14 +25,6 @@ constexpr double PageWidth = 841;  // the plan's A1 sheet, landscape, mm
 constexpr double PngPixels = 8192; // the long side of the PNG
 constexpr double MmPerInch = 25.4;
 
-void ensureApplication() {
-    static int argc = 1;
-    static char name[] = "output_bench";
-    static char* argv[] = {name, nullptr};
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    static QGuiApplication app(argc, argv);
-}
-
 struct Bench {
     QTemporaryDir dir;
     tessaly::ScriptedUiPort ui; // no one answers: every message box takes its default
@@ -42,7 +33,6 @@ struct Bench {
     std::shared_ptr<tessaly::canvas::POLARDraw> canvas;
 
     Bench() {
-        ensureApplication();
         app = tessaly::program::makeApplication(ui, waiter, tessaly::AppHome(dir.filePath("home")));
         QDir().mkpath(dir.filePath("home"));
         // The plan of bench/export/make_plan.py, as the comparison with other programs uses it.

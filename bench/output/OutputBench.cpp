@@ -12,7 +12,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QTemporaryDir>
@@ -21,14 +20,6 @@
 namespace {
 
 using namespace tessaly;
-
-void ensureApplication() {
-    static int argc = 1;
-    static char name[] = "output_bench";
-    static char* argv[] = {name, nullptr};
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    static QGuiApplication app(argc, argv);
-}
 
 // --- packing --------------------------------------------------------------
 
@@ -55,7 +46,6 @@ void paintPlan(QPainter& painter, int plan, QSizeF size) {
 class PlanFiles {
 public:
     PlanFiles() {
-        ensureApplication();
         folder_ = dir_.path() + QStringLiteral("/TempFileStore");
         QDir().mkpath(folder_);
         for (int plan = 0; plan < PlanCount; ++plan) {
@@ -160,7 +150,6 @@ constexpr int PictureHeight = 3500;
 // A plan picture: rooms outlined on white, so that the background around
 // them is one large area with many holes.
 QImage planPicture() {
-    ensureApplication();
     QImage image(PictureWidth, PictureHeight, QImage::Format_RGB32);
     image.fill(Qt::white);
     QPainter painter(&image);

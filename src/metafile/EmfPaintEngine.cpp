@@ -151,10 +151,8 @@ bool EmfPaintEngine::end() {
         selectStock(penHandle_, gdi::BlackPen);
     if (brushHandle_ != 0)
         selectStockBrush(gdi::WhiteBrush);
-    for (const auto& [key, handle] : patterns_) {
-        rec_.simpleRecord(emr::DeleteObject, {handle});
-        rec_.releaseObject(handle);
-    }
+    for (const auto& [key, handle] : patterns_)
+        deleteObject(handle);
     patterns_.clear();
     if (fontHandle_ != 0)
         selectStock(fontHandle_, gdi::SystemFont);
@@ -215,21 +213,22 @@ QPoint EmfPaintEngine::toDevice(const QPointF& point) const {
     return {roundToInt(mapped.x()), roundToInt(mapped.y())};
 }
 
+void EmfPaintEngine::deleteObject(uint32_t handle) {
+    rec_.simpleRecord(emr::DeleteObject, {handle});
+    rec_.releaseObject(handle);
+}
+
 void EmfPaintEngine::selectNew(uint32_t& current, uint32_t created) {
     rec_.simpleRecord(emr::SelectObject, {created});
-    if (current != 0) {
-        rec_.simpleRecord(emr::DeleteObject, {current});
-        rec_.releaseObject(current);
-    }
+    if (current != 0)
+        deleteObject(current);
     current = created;
 }
 
 void EmfPaintEngine::selectStock(uint32_t& current, uint32_t stock) {
     rec_.simpleRecord(emr::SelectObject, {gdi::StockFlag | stock});
-    if (current != 0) {
-        rec_.simpleRecord(emr::DeleteObject, {current});
-        rec_.releaseObject(current);
-    }
+    if (current != 0)
+        deleteObject(current);
     current = 0;
 }
 
@@ -276,19 +275,15 @@ bool EmfPaintEngine::isKeptPattern(uint32_t handle) const {
 
 void EmfPaintEngine::selectBrush(uint32_t created) {
     rec_.simpleRecord(emr::SelectObject, {created});
-    if (brushHandle_ != 0 && brushHandle_ != created && !isKeptPattern(brushHandle_)) {
-        rec_.simpleRecord(emr::DeleteObject, {brushHandle_});
-        rec_.releaseObject(brushHandle_);
-    }
+    if (brushHandle_ != 0 && brushHandle_ != created && !isKeptPattern(brushHandle_))
+        deleteObject(brushHandle_);
     brushHandle_ = created;
 }
 
 void EmfPaintEngine::selectStockBrush(uint32_t stock) {
     rec_.simpleRecord(emr::SelectObject, {gdi::StockFlag | stock});
-    if (brushHandle_ != 0 && !isKeptPattern(brushHandle_)) {
-        rec_.simpleRecord(emr::DeleteObject, {brushHandle_});
-        rec_.releaseObject(brushHandle_);
-    }
+    if (brushHandle_ != 0 && !isKeptPattern(brushHandle_))
+        deleteObject(brushHandle_);
     brushHandle_ = 0;
 }
 
@@ -356,8 +351,7 @@ void EmfPaintEngine::realizeBrush() {
         selectBrush(index);
         if (patterns_.size() >= KeptPatterns) {
             // The oldest goes; it is not the one selected now.
-            rec_.simpleRecord(emr::DeleteObject, {patterns_.front().second});
-            rec_.releaseObject(patterns_.front().second);
+            deleteObject(patterns_.front().second);
             patterns_.erase(patterns_.begin());
         }
         patterns_.emplace_back(key, index);

@@ -49,6 +49,8 @@ private:
     void realizeFont(const QFont& font, double pixelHeight, int escapement);
     void realizeFillMode(Qt::FillRule rule);
     void realizeTextColour();
+    // Deletes an object of the handle table and frees its index.
+    void deleteObject(uint32_t handle);
     void selectNew(uint32_t& current, uint32_t created);
     void selectStock(uint32_t& current, uint32_t stock);
     // Brushes: a kept pattern stays in the handle table when another brush is selected.

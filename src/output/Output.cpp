@@ -13,13 +13,9 @@
 
 namespace tessaly {
 
-namespace {
-const QString ModuleName = QStringLiteral("modReportExport");
-} // namespace
-
 void registerOutput(Application& app) {
     auto module = std::make_shared<output::modReportExport>(app);
-    app.variable(ModuleName, [module] { return toVariant(module); });
+    app.variable(output::ReportExportModuleName, [module] { return toVariant(module); });
     for (const QString& name : {output::PortraitLayout, output::LandscapeLayout})
         app.variable(name, [module, name] { return toVariant(module->layout(name)); });
     app.routine(QStringLiteral("ExportReportToPDF"), [module](QVariantList& a) {

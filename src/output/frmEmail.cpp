@@ -79,10 +79,6 @@ constexpr int MailItem = 0;
 // The list style with a tick box at each item.
 constexpr int CheckBoxList = 1;
 
-QString textOf(const QVariant& value) {
-    return value.isNull() ? QString() : vb::toText(value);
-}
-
 AutoPtr createObject(Application& app, const QString& className) {
     QVariantList args{className};
     return toObject(app.call(QStringLiteral("CreateObject"), args));
@@ -221,10 +217,10 @@ void frmEmail::RS1_MoveComplete() {
     if (!Loaded)
         return;
     resumeNext([&] { FillList(); });
-    resumeNext([&] { txtRecipients.setText(textOf(rs.value(QStringLiteral("Email")))); });
+    resumeNext([&] { txtRecipients.setText(vb::toText(rs.value(QStringLiteral("Email")))); });
     resumeNext([&] {
-        txtSubject.setText(SubjectStart + textOf(rs.value(QStringLiteral("Address"))) + SubjectContact +
-                           textOf(rs.value(QStringLiteral("Contact"))));
+        txtSubject.setText(SubjectStart + vb::toText(rs.value(QStringLiteral("Address"))) + SubjectContact +
+                           vb::toText(rs.value(QStringLiteral("Contact"))));
     });
 }
 
@@ -242,7 +238,7 @@ void frmEmail::FillList() {
         return;
     }
     while (!plans.EOF_()) {
-        const QString description = textOf(plans.value(QStringLiteral("PlanDescription")));
+        const QString description = vb::toText(plans.value(QStringLiteral("PlanDescription")));
         List1.addItem(description);
         List1.setItemData(List1.newIndex(), plans.value(QStringLiteral("PlanID")));
         const QVariant coloured = plans.value(QStringLiteral("ColourOutputCreated"));
@@ -310,7 +306,7 @@ void frmEmail::cmdSend_Click() {
         QString path;
         step([&] {
             path = app_.gFileStore + QLatin1Char('\\') +
-                   textOf(dataControlOf(RS1).Recordset().value(QStringLiteral("Address"))) +
+                   vb::toText(dataControlOf(RS1).Recordset().value(QStringLiteral("Address"))) +
                    QLatin1Char('\\') + List1.listItem(item) + QString::fromLatin1(extension);
         });
         step([&] {

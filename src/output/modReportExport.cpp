@@ -10,7 +10,6 @@
 namespace tessaly::output {
 
 namespace {
-const QString ModuleName = QStringLiteral("modReportExport");
 QString key(const QString& name) {
     return name.toLower();
 }
@@ -148,9 +147,9 @@ QStringList modReportExport::memberNames() const {
 }
 
 modReportExport& reportExportModule(ApplicationBase& app) {
-    auto* module = dynamic_cast<modReportExport*>(toObject(app.get(ModuleName)).get());
+    auto* module = dynamic_cast<modReportExport*>(toObject(app.get(ReportExportModuleName)).get());
     if (!module)
-        raiseNoMember(app.typeName(), ModuleName);
+        raiseNoMember(app.typeName(), ReportExportModuleName);
     return *module;
 }
 

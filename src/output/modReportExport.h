@@ -15,6 +15,9 @@ class ApplicationBase;
 
 namespace tessaly::output {
 
+// The name the module is reached by from the logic and from scripts.
+inline const QString ReportExportModuleName = QStringLiteral("modReportExport");
+
 // The texts of the report exports.
 inline const QString PdfCompleted = QStringLiteral("Your PDF Export Has Now Been Compeleted");
 inline const QString TiffCompleted = QStringLiteral("Your TIFF Export Has Now Been Compeleted");
@@ -59,7 +62,7 @@ public:
     const reports::PdfExportFilter* pdfFilter() const { return pdfFilter_.get(); }
     const reports::TiffExportFilter* tiffFilter() const { return tiffFilter_.get(); }
 
-    QString typeName() const override { return QStringLiteral("modReportExport"); }
+    QString typeName() const override { return ReportExportModuleName; }
     QVariant get(const QString& name, const QVariantList& index = {}) override;
     QVariant call(const QString& name, QVariantList& args) override;
     QStringList memberNames() const override;

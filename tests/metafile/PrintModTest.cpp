@@ -23,11 +23,6 @@ uint16_t expectedChecksum(int inch, int right, int bottom) {
     return static_cast<uint16_t>(0x5711 ^ inch ^ right ^ bottom);
 }
 
-QByteArray readFile(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 // An EMF whose bounds are 0,0 to width-1,height-1.
 QByteArray emfWithBounds(int width, int height) {
     return recordEmf(QSizeF(width * 25.4 / 96, height * 25.4 / 96), [&](QPainter& p) {

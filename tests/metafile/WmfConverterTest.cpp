@@ -264,25 +264,7 @@ TEST(WmfConverter, DamagedSourceRaisesInvalidPicture) {
 TEST(WmfConverter, LibwmfRasterMatchesOurPlaybackOfTheSameWmf) {
     // libwmf's gd renderer leaves ellipses unfilled, so this drawing keeps to
     // rectangles, lines, polygons and curves.
-    const QByteArray emf = recordEmf(QSizeF(110, 110), [](QPainter& p) {
-        p.setPen(QPen(QColor(200, 0, 0), 4, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
-        p.setBrush(QColor(255, 220, 0));
-        p.drawRect(20, 20, 180, 100);
-        p.setPen(QPen(Qt::black, 6, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
-        p.drawLine(20, 200, 380, 200);
-        p.setPen(QPen(QColor(0, 120, 0), 3, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
-        p.setBrush(QColor(150, 255, 150));
-        const QPointF triangle[3] = {{60, 260}, {180, 380}, {30, 380}};
-        p.drawPolygon(triangle, 3);
-        QPainterPath curve;
-        curve.moveTo(220, 260);
-        curve.cubicTo(260, 220, 340, 420, 380, 300);
-        curve.lineTo(380, 380);
-        curve.lineTo(220, 380);
-        curve.closeSubpath();
-        p.setBrush(QColor(255, 180, 255));
-        p.drawPath(curve);
-    });
+    const QByteArray emf = recordEmf(QSizeF(110, 110), paintShapesWithoutEllipse);
     const QByteArray wmf = convertEmfToWmf(emf);
     const auto records = wmfRecords(wmf);
     const QSize size(i16(wmf, records[2].offset + 8), i16(wmf, records[2].offset + 6));

@@ -92,10 +92,10 @@ TEST_F(DrawingExports, EmfIsTheCanvasOwnAndWmfHasItsPlaceableHeader) {
     write(QStringLiteral("plan.emf"));
     write(QStringLiteral("plan.wmf"));
     canvas->saveFile(path(QStringLiteral("own.emf")), canvas::save_format::Emf);
-    EXPECT_EQ(bytes(path(QStringLiteral("plan.emf"))), bytes(path(QStringLiteral("own.emf"))));
-    EXPECT_TRUE(emfToSvg(bytes(path(QStringLiteral("plan.emf"))), QStringLiteral("drawing-export"))
+    EXPECT_EQ(readFile(path(QStringLiteral("plan.emf"))), readFile(path(QStringLiteral("own.emf"))));
+    EXPECT_TRUE(emfToSvg(readFile(path(QStringLiteral("plan.emf"))), QStringLiteral("drawing-export"))
                     .contains("Kitchen"));
-    const QByteArray wmf = bytes(path(QStringLiteral("plan.wmf")));
+    const QByteArray wmf = readFile(path(QStringLiteral("plan.wmf")));
     ASSERT_GE(wmf.size(), 24);
     EXPECT_EQ(u32(wmf, 0), 0x9AC6CDD7u);
     EXPECT_FALSE(wmfToSvg(wmf, QStringLiteral("drawing-export")).isEmpty());
@@ -104,7 +104,7 @@ TEST_F(DrawingExports, EmfIsTheCanvasOwnAndWmfHasItsPlaceableHeader) {
 TEST_F(DrawingExports, SvgIsReadByLibrsvgAtTheTrueSize) {
     plan();
     write(QStringLiteral("plan.svg"));
-    const QByteArray svg = bytes(path(QStringLiteral("plan.svg")));
+    const QByteArray svg = readFile(path(QStringLiteral("plan.svg")));
     EXPECT_TRUE(svg.contains("width=\"295mm\" height=\"210mm\""));
     EXPECT_TRUE(
         QString::fromUtf8(svg).contains(QRegularExpression(QStringLiteral("<text [^>]*>Kitchen</text>"))));
@@ -143,7 +143,7 @@ TEST_F(DrawingExports, AnUnwritableTargetIsAClearErrorAndLeavesTheOldFile) {
                 << e.description().toStdString();
         }
     }
-    EXPECT_EQ(bytes(path(QStringLiteral("plan.svg"))), QByteArray("old"));
+    EXPECT_EQ(readFile(path(QStringLiteral("plan.svg"))), QByteArray("old"));
     EXPECT_FALSE(QDir(path(QStringLiteral("missing"))).exists());
 }
 
@@ -152,7 +152,7 @@ TEST_F(DrawingExports, HatchesKeepTheirSizeInTheMetafile) {
     write(QStringLiteral("hatch.emf"));
     // The brick tile covers 8 page mm: 30 units of the metafile's 96-dpi
     // device, as on screen, so the PDF and TIFF made from it hatch alike.
-    const QByteArray emf = bytes(path(QStringLiteral("hatch.emf")));
+    const QByteArray emf = readFile(path(QStringLiteral("hatch.emf")));
     int patterns = 0;
     for (const EmfRecord& r : emfRecords(emf)) {
         constexpr uint32_t CreateDibPatternBrushPt = 94;

@@ -92,11 +92,11 @@ TEST_F(MenuExports, ImagesGoStraightFromTheCanvasWithNothingReported) {
     // The page at the stated 150 dpi: 295 by 210 mm.
     EXPECT_EQ(identifySize(path(QStringLiteral("plan.bmp"))), QStringLiteral("1742x1240"));
     EXPECT_EQ(identifySize(path(QStringLiteral("plan.png"))), QStringLiteral("1742x1240"));
-    const QByteArray svg = emfToSvg(bytes(path(QStringLiteral("plan.emf"))), QStringLiteral("menu-plan"));
+    const QByteArray svg = emfToSvg(readFile(path(QStringLiteral("plan.emf"))), QStringLiteral("menu-plan"));
     EXPECT_TRUE(svg.contains("Kitchen"));
     // The EMF is the canvas's own.
     engine().saveFile(path(QStringLiteral("own.emf")), canvas::save_format::Emf);
-    EXPECT_EQ(bytes(path(QStringLiteral("plan.emf"))), bytes(path(QStringLiteral("own.emf"))));
+    EXPECT_EQ(readFile(path(QStringLiteral("plan.emf"))), readFile(path(QStringLiteral("own.emf"))));
 }
 
 TEST_F(MenuExports, ACancelledImageDialogWritesNothing) {
@@ -253,7 +253,7 @@ TEST_F(MenuExports, AReadOnlyPdfCostsOneMessageAndTheCompletionStillFollows) {
     ASSERT_TRUE(QFile::setPermissions(file, ReadOnly));
     exportVia("mnuFile_Export_PDF", file);
     EXPECT_EQ(boxes, (std::vector<Shown>{PdfInUse, PdfDone}));
-    EXPECT_EQ(bytes(file), QByteArray("the PDF a viewer shows"));
+    EXPECT_EQ(readFile(file), QByteArray("the PDF a viewer shows"));
     // The steps after the failed one ran: the layout was unloaded, the filter released.
     EXPECT_EQ(module().loadedLayout(QStringLiteral("ExportOuputLandscape")), nullptr);
     EXPECT_EQ(module().pdfFilter(), nullptr);
@@ -272,7 +272,7 @@ TEST_F(MenuExports, APdfHeldOpenByAViewerCostsOneMessage) {
     exportVia("mnuFile_Export_PDF", file);
     ::close(fd);
     EXPECT_EQ(boxes, (std::vector<Shown>{PdfInUse, PdfDone}));
-    EXPECT_EQ(bytes(file), QByteArray("shown in a viewer"));
+    EXPECT_EQ(readFile(file), QByteArray("shown in a viewer"));
 }
 
 TEST_F(MenuExports, APdfInAMissingFolderCostsOneMessageAndLeavesNothing) {

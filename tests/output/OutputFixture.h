@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MetafileTools.h"
 #include "canvas/api/POLARDraw.h"
 #include "canvas/model/ShapeTypes.h"
 #include "core/port/ScriptedUiPort.h"
@@ -74,10 +75,6 @@ protected:
     void exportVia(const char* menu, const std::optional<QString>& answer) {
         port.queueSave(answer);
         main.raiseEvent(main.control(QString::fromLatin1(menu)), QStringLiteral("Click"));
-    }
-    static QByteArray bytes(const QString& file) {
-        QFile f(file);
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
     }
 };
 

@@ -1,5 +1,7 @@
 #include "OutputTestSupport.h"
 
+#include "MetafileTools.h"
+
 #include <QDir>
 #include <QFile>
 #include <QJsonDocument>
@@ -46,8 +48,7 @@ int SmtpTestServer::count() const {
 }
 
 QByteArray SmtpTestServer::message(int n) const {
-    QFile f(dir_.filePath(QStringLiteral("%1.eml").arg(n)));
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+    return readFile(dir_.filePath(QStringLiteral("%1.eml").arg(n)));
 }
 
 QJsonObject SmtpTestServer::envelope(int n) const {

@@ -12,6 +12,7 @@
 namespace tessaly::mail {
 namespace {
 
+using test::readFile;
 using test::runTool;
 
 const QString Unzip = QStringLiteral("unzip");
@@ -28,11 +29,6 @@ void write(const QString& path, const QByteArray& bytes) {
     QFile f(path);
     ASSERT_TRUE(f.open(QIODevice::WriteOnly));
     f.write(bytes);
-}
-
-QByteArray read(const QString& path) {
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
 class Packer : public ::testing::Test {
@@ -64,10 +60,10 @@ TEST_F(Packer, EveryFileOfTheFolderIsPackedAndExtractsByteForByte) {
     QByteArray log;
     ASSERT_EQ(runTool(Unzip, {QStringLiteral("-q"), zip, QStringLiteral("-d"), out}, &log), 0)
         << log.constData();
-    EXPECT_EQ(read(out + QStringLiteral("/Ground Floor.emf")), emf);
-    EXPECT_EQ(read(out + QStringLiteral("/Ground Floor.wmf")), wmf);
-    EXPECT_EQ(read(out + QStringLiteral("/Première Étage.pdf")), pdf);
-    EXPECT_EQ(read(out + QStringLiteral("/README")), QByteArray("no extension"));
+    EXPECT_EQ(readFile(out + QStringLiteral("/Ground Floor.emf")), emf);
+    EXPECT_EQ(readFile(out + QStringLiteral("/Ground Floor.wmf")), wmf);
+    EXPECT_EQ(readFile(out + QStringLiteral("/Première Étage.pdf")), pdf);
+    EXPECT_EQ(readFile(out + QStringLiteral("/README")), QByteArray("no extension"));
     // Line work is deflated.
     EXPECT_LT(QFileInfo(zip).size(), emf.size() + pdf.size() + 10000);
 }
@@ -85,7 +81,7 @@ TEST_F(Packer, TheArchiveNeverHoldsItself) {
 
 TEST_F(Packer, AnEmptyFolderGivesAnEmptyArchive) {
     EXPECT_TRUE(packFiles(archive(), pattern()).isEmpty());
-    const QByteArray zip = read(folder() + QStringLiteral("/Drawings.zip"));
+    const QByteArray zip = readFile(folder() + QStringLiteral("/Drawings.zip"));
     ASSERT_EQ(zip.size(), 22);
     EXPECT_TRUE(zip.startsWith("PK\x05\x06"));
     QByteArray listing;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Database.h"
+#include "MetafileTools.h"
 #include "canvas/api/CanvasCodes.h"
 #include "core/db/Connection.h"
 #include "core/db/Recordset.h"
@@ -151,10 +152,7 @@ protected:
         return s;
     }
 
-    static QByteArray read(const QString& logicPath) {
-        QFile f(fs::toHost(logicPath));
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-    }
+    static QByteArray read(const QString& logicPath) { return readFile(fs::toHost(logicPath)); }
 
     void click(Form& form, const char* control) {
         form.raiseEvent(form.control(QString::fromLatin1(control)), QStringLiteral("Click"));

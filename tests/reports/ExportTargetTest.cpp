@@ -2,6 +2,7 @@
 // anything, and the atomic write that never leaves half a file.
 #include "reports/ExportTarget.h"
 
+#include "MetafileTools.h"
 #include "TestErrors.h"
 #include "core/runtime/RuntimeError.h"
 
@@ -19,6 +20,7 @@
 using namespace tessaly;
 using tessaly::db::test::errorOf;
 using tessaly::reports::ExportTarget;
+using tessaly::test::readFile;
 
 namespace {
 
@@ -36,10 +38,6 @@ protected:
         ASSERT_TRUE(f.open(QIODevice::WriteOnly));
         f.write(OldBytes);
     }
-    static QByteArray contents(const QString& file) {
-        QFile f(file);
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-    }
     // Every file of the folder: no scratch file may be left behind.
     QStringList files() const { return QDir(dir.path()).entryList(QDir::Files | QDir::Hidden); }
     static void write(ExportTarget& target, const QByteArray& bytes) {
@@ -52,7 +50,7 @@ protected:
 TEST_F(ExportTargetTest, WritesANewFile) {
     ExportTarget target(path(QStringLiteral("plan.pdf")));
     write(target, "new");
-    EXPECT_EQ(contents(path(QStringLiteral("plan.pdf"))), QByteArray("new"));
+    EXPECT_EQ(readFile(path(QStringLiteral("plan.pdf"))), QByteArray("new"));
     EXPECT_EQ(files(), QStringList{QStringLiteral("plan.pdf")});
 }
 
@@ -60,7 +58,7 @@ TEST_F(ExportTargetTest, ReplacesAnOldFileWhole) {
     writeOld(path(QStringLiteral("plan.pdf")));
     ExportTarget target(path(QStringLiteral("plan.pdf")));
     write(target, "new");
-    EXPECT_EQ(contents(path(QStringLiteral("plan.pdf"))), QByteArray("new"));
+    EXPECT_EQ(readFile(path(QStringLiteral("plan.pdf"))), QByteArray("new"));
 }
 
 TEST_F(ExportTargetTest, PathsWithBlanksAndLettersBeyondAscii) {
@@ -68,7 +66,7 @@ TEST_F(ExportTargetTest, PathsWithBlanksAndLettersBeyondAscii) {
     const QString file = path(QStringLiteral("Plans für Zoë/Ground floor ÆØÅ.pdf"));
     ExportTarget target(file);
     write(target, "new");
-    EXPECT_EQ(contents(file), QByteArray("new"));
+    EXPECT_EQ(readFile(file), QByteArray("new"));
 }
 
 TEST_F(ExportTargetTest, AMissingFolderIsRefused) {
@@ -85,7 +83,7 @@ TEST_F(ExportTargetTest, AReadOnlyFileIsRefusedAndKept) {
     const RuntimeError e = errorOf([&] { ExportTarget{file}; });
     EXPECT_EQ(e.number(), err::PdfInUse);
     EXPECT_TRUE(e.description().contains(QStringLiteral("read-only")));
-    EXPECT_EQ(contents(file), OldBytes);
+    EXPECT_EQ(readFile(file), OldBytes);
 }
 
 TEST_F(ExportTargetTest, AFolderWithoutWritePermissionIsRefused) {
@@ -110,11 +108,11 @@ TEST_F(ExportTargetTest, AFileHeldByAnotherProgramIsRefusedAndKept) {
     ::close(fd);
     EXPECT_EQ(e.number(), err::PdfInUse);
     EXPECT_TRUE(e.description().contains(QStringLiteral("in use")));
-    EXPECT_EQ(contents(file), OldBytes);
+    EXPECT_EQ(readFile(file), OldBytes);
     // Once the viewer lets go, the file can be written.
     ExportTarget target(file);
     write(target, "new");
-    EXPECT_EQ(contents(file), QByteArray("new"));
+    EXPECT_EQ(readFile(file), QByteArray("new"));
 }
 
 TEST_F(ExportTargetTest, AFolderOfTheSameNameIsRefused) {
@@ -141,7 +139,7 @@ TEST_F(ExportTargetTest, AFullDiskLeavesTheOldFileAndNoScratch) {
     ::setrlimit(RLIMIT_FSIZE, &old);
     std::signal(SIGXFSZ, previous);
     EXPECT_EQ(e.number(), err::PdfInUse);
-    EXPECT_EQ(contents(file), OldBytes);
+    EXPECT_EQ(readFile(file), OldBytes);
     EXPECT_EQ(files(), QStringList{QStringLiteral("plan.pdf")});
 }
 
@@ -156,6 +154,6 @@ TEST_F(ExportTargetTest, AFailureWhileProducingLeavesTheOldFile) {
         });
     });
     EXPECT_EQ(e.number(), err::InvalidPicture);
-    EXPECT_EQ(contents(file), OldBytes);
+    EXPECT_EQ(readFile(file), OldBytes);
     EXPECT_EQ(files(), QStringList{QStringLiteral("plan.pdf")});
 }

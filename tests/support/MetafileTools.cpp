@@ -68,13 +68,17 @@ QByteArray recordEmf(QSizeF frameMm, const std::function<void(QPainter&)>& paint
     return emf;
 }
 
-void paintShapes(QPainter& painter) {
+namespace {
+
+void paintShapes(QPainter& painter, bool withEllipse) {
     painter.setPen(QPen(QColor(200, 0, 0), 4, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
     painter.setBrush(QColor(255, 220, 0));
     painter.drawRect(20, 20, 180, 100);
-    painter.setPen(QPen(QColor(0, 0, 160), 2));
-    painter.setBrush(QColor(120, 200, 255));
-    painter.drawEllipse(QRectF(240, 30, 140, 90));
+    if (withEllipse) {
+        painter.setPen(QPen(QColor(0, 0, 160), 2));
+        painter.setBrush(QColor(120, 200, 255));
+        painter.drawEllipse(QRectF(240, 30, 140, 90));
+    }
     painter.setPen(QPen(Qt::black, 6, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
     painter.drawLine(20, 200, 380, 200);
     painter.setPen(QPen(QColor(0, 120, 0), 3, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
@@ -92,6 +96,16 @@ void paintShapes(QPainter& painter) {
     painter.drawPath(curve);
 }
 
+} // namespace
+
+void paintShapes(QPainter& painter) {
+    paintShapes(painter, true);
+}
+
+void paintShapesWithoutEllipse(QPainter& painter) {
+    paintShapes(painter, false);
+}
+
 QString scratchDir() {
     static std::unique_ptr<QTemporaryDir> dir = [] {
         auto d = std::make_unique<QTemporaryDir>();
@@ -107,6 +121,11 @@ QString writeScratch(const QString& name, const QByteArray& bytes) {
     if (file.open(QIODevice::WriteOnly))
         file.write(bytes);
     return path;
+}
+
+QByteArray readFile(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 void addToCorpus(const QString& kind, const QString& name, const QByteArray& bytes) {
@@ -135,8 +154,7 @@ QByteArray emfToSvg(const QByteArray& emf, const QString& name) {
     const QString out = scratchDir() + QLatin1Char('/') + name + QStringLiteral(".emf.svg");
     if (runTool(QStringLiteral(EMF2SVG_PROGRAM), {QStringLiteral("-i"), in, QStringLiteral("-o"), out}) != 0)
         return {};
-    QFile file(out);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return readFile(out);
 }
 
 QStringList libwmfFontArguments() {
@@ -173,8 +191,7 @@ QByteArray wmfToSvg(const QByteArray& wmf, const QString& name) {
     if (runTool(QStringLiteral(WMF2SVG_PROGRAM),
                 libwmfFontArguments() + QStringList{QStringLiteral("-o"), out, in}) != 0)
         return {};
-    QFile file(out);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return readFile(out);
 }
 
 double mismatchShare(const QImage& a, const QImage& b, int channelTolerance) {

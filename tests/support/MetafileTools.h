@@ -39,10 +39,14 @@ QByteArray recordEmf(QSizeF frameMm, const std::function<void(QPainter&)>& paint
 
 // The drawing most tests use: filled and outlined shapes, no text.
 void paintShapes(QPainter& painter);
+// The same without the ellipse, for renderers that leave ellipses unfilled.
+void paintShapesWithoutEllipse(QPainter& painter);
 
 // A scratch folder for the files of one test binary.
 QString scratchDir();
 QString writeScratch(const QString& name, const QByteArray& bytes);
+// The bytes of a file; empty when it cannot be read.
+QByteArray readFile(const QString& path);
 // Files the fuzz targets start from, written by the tests.
 void addToCorpus(const QString& kind, const QString& name, const QByteArray& bytes);
 

@@ -6,12 +6,6 @@
 
 namespace tessaly::colour {
 
-namespace {
-// ExtFloodFill's modes: up to a border colour, or the surface of one colour.
-constexpr int FloodFillBorder = 0;
-constexpr int FloodFillSurface = 1;
-} // namespace
-
 void FloodFillAt(ApplicationBase& app, Control& picture, int32_t x, int32_t y, uint32_t fillColour,
                  std::optional<uint32_t> borderColour) {
     PaintSurface* surface = PaintSurface::of(picture);
@@ -30,9 +24,9 @@ void FloodFillAt(ApplicationBase& app, Control& picture, int32_t x, int32_t y, u
     // Step 4.
     if (!borderColour) {
         const int32_t here = surface->pixel(px, py);
-        surface->ExtFloodFill(px, py, static_cast<uint32_t>(here), FloodFillSurface);
+        surface->ExtFloodFill(px, py, static_cast<uint32_t>(here), PaintSurface::SurfaceFill);
     } else {
-        surface->ExtFloodFill(px, py, *borderColour, FloodFillBorder);
+        surface->ExtFloodFill(px, py, *borderColour, PaintSurface::BorderFill);
     }
     // Step 5.
     app.ui.doEvents();

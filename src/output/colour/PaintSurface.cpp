@@ -21,9 +21,6 @@ bool is(const QString& a, const char* b) {
 // 0.01 mm to an inch, and pixels to an inch at the standard density.
 constexpr double HiMetricPerInch = 2540.0;
 constexpr double PixelsPerInch = 96.0;
-// ExtFloodFill's two modes.
-constexpr int BorderFill = 0;
-constexpr int SurfaceFill = 1;
 // Error 380: a property set to a value it cannot take.
 constexpr int InvalidPropertyValue = 380;
 

@@ -33,6 +33,8 @@ public:
     static constexpr int TwipsPerPixel = 15;  // twips to a pixel at the standard density
     static constexpr int SolidFill = 0;       // FillStyle: solid
     static constexpr int TransparentFill = 1; // FillStyle: none, the box's start
+    static constexpr int BorderFill = 0;      // ExtFloodFill: up to a border colour
+    static constexpr int SurfaceFill = 1;     // ExtFloodFill: the surface of one colour
     static constexpr uint32_t White = 0xFFFFFF;
     static constexpr int32_t NoColour = -1; // Point outside the image
 

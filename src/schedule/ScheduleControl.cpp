@@ -4,6 +4,7 @@
 #include "core/forms/ApplicationBase.h"
 #include "core/forms/Control.h"
 #include "core/forms/Form.h"
+#include "core/runtime/Clock.h"
 #include "core/runtime/RuntimeError.h"
 
 #include <QDate>
@@ -14,14 +15,14 @@
 namespace tessaly::schedule {
 
 namespace {
-// The range a new control shows: from today, this many days.
+// The range a new control shows: from today (the present the program reads), this many days.
 constexpr int DesignRangeDays = 30;
 // Least and most points of a row's height.
 constexpr int MinRowSetting = 1;
 } // namespace
 
 ScheduleControl::ScheduleControl()
-    : firstDay_(static_cast<int>(dayOfDate(QDate::currentDate()))), lastDay_(firstDay_ + DesignRangeDays),
+    : firstDay_(static_cast<int>(dayOfDate(clock::today()))), lastDay_(firstDay_ + DesignRangeDays),
       rowSetting_(DefaultRowSetting) {
     view_.originDay = firstDay_;
 }

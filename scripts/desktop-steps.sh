@@ -2,13 +2,18 @@
 # display with xdotool. Source this file inside the display's shell.
 
 # Starts the program on HOME and waits for its main window; the program is
-# stopped when the calling shell exits. Usage: start_program EXE HOME
-start_program() {
-  LC_ALL=en_GB.UTF-8 LANG=en_GB.UTF-8 "$1" --home "$2" &
+# stopped when the calling shell exits. Usage: launch_program EXE HOME
+launch_program() {
+  "$1" --home "$2" &
   program_pid=$!
   trap 'kill "$program_pid" 2>/dev/null || true' EXIT
   xdotool search --sync --onlyvisible --name '^Tessaly - ' >/dev/null
   sleep 1
+}
+
+# The same in the en_GB locale. Usage: start_program EXE HOME
+start_program() {
+  LC_ALL=en_GB.UTF-8 LANG=en_GB.UTF-8 launch_program "$1" "$2"
 }
 
 # Opens the project manager from the main window's File menu (its second

@@ -12,33 +12,22 @@
 # which saves the screen when TESSALY_CANVAS_SCREENSHOT names a file; the
 # main window is the desktop program on a fresh application home.
 # Usage: scripts/screenshot-canvas.sh [build-dir] [output-dir]
-set -euo pipefail
-cd "$(dirname "$0")/.."
-build=${1:-build}
-out=${2:-docs/screenshots}
+source "$(dirname "$0")/screenshot-setup.sh"
 exe="$PWD/$build/tests/ui/canvas_ui_tests"
-[ -x "$exe" ] || { echo "no test program at $exe: build canvas_ui_tests first" >&2; exit 1; }
-mkdir -p "$out"
-out=$(cd "$out" && pwd)
-TESSALY_CANVAS_SCREENSHOT="$out/canvas-shapes.png" QT_QPA_PLATFORM=xcb \
-  xvfb-run -a -s "-screen 0 1280x1024x24" \
-  "$exe" --gtest_filter='CanvasShowcase.*'
+need_programs "no test program at $exe: build canvas_ui_tests first" "$exe"
+TESSALY_CANVAS_SCREENSHOT="$out/canvas-shapes.png" view_tests "$exe" 'CanvasShowcase.*'
 
 exe="$PWD/$build/app/tessaly/tessaly"
-[ -x "$exe" ] || { echo "no program at $exe: build tessaly for canvas-main-window.png" >&2; exit 1; }
-home=$(mktemp -d)
-trap 'rm -rf "$home"' EXIT
+need_programs "no program at $exe: build tessaly for canvas-main-window.png" "$exe"
+temp_home
 "$exe" --install --home "$home"
 # The steps inside the virtual display: the tool buttons sit at fixed places
 # of the 1280 by 1024 screen (no window manager, no title bars).
 cat >"$home/draw.sh" <<'DRAW'
 set -euo pipefail
 exe=$1 home=$2 out=$3
-"$exe" --home "$home" &
-pid=$!
-trap 'kill "$pid" 2>/dev/null || true' EXIT
-xdotool search --sync --onlyvisible --name '^Tessaly - ' >/dev/null
-sleep 1
+source "$4"
+launch_program "$exe" "$home"
 # The rectangle tool, then a drag on the page.
 xdotool mousemove 16 95 click 1
 sleep 0.3
@@ -62,5 +51,5 @@ xdotool key ctrl+Return
 sleep 0.5
 import -window root "$out/canvas-main-window.png"
 DRAW
-xvfb-run -a -s "-screen 0 1280x1024x24" bash "$home/draw.sh" "$exe" "$home" "$out"
+run_steps "$home/draw.sh"
 ls -l "$out"/canvas-*.png

@@ -8,23 +8,15 @@
 #                          saves the screen when TESSALY_VIEWER_SCREENSHOT names a file)
 # and the PDF the menu wrote, rendered by pdftoppm: export-pdf-page.png.
 # Usage: scripts/screenshot-exports.sh [build-dir] [output-dir]
-set -euo pipefail
-cd "$(dirname "$0")/.."
-build=${1:-build}
-out=${2:-docs/screenshots}
-mkdir -p "$out"
-out=$(cd "$out" && pwd)
+source "$(dirname "$0")/screenshot-setup.sh"
 
 tests="$PWD/$build/tests/ui/ui_tests"
-[ -x "$tests" ] || { echo "no test program at $tests: build ui_tests first" >&2; exit 1; }
-TESSALY_VIEWER_SCREENSHOT="$out/report-viewer.png" QT_QPA_PLATFORM=xcb \
-  xvfb-run -a -s "-screen 0 1280x1024x24" \
-  "$tests" --gtest_filter='ReportViewerTest.TheLandscapeExportLayoutOfAPlan'
+need_programs "no test program at $tests: build ui_tests first" "$tests"
+TESSALY_VIEWER_SCREENSHOT="$out/report-viewer.png" view_tests "$tests" 'ReportViewerTest.TheLandscapeExportLayoutOfAPlan'
 
 exe="$PWD/$build/app/tessaly/tessaly"
-[ -x "$exe" ] || { echo "no program at $exe: build first" >&2; exit 1; }
-home=$(mktemp -d)
-trap 'rm -rf "$home"' EXIT
+need_programs "no program at $exe: build first" "$exe"
+temp_home
 "$exe" --install --home "$home"
 # The steps inside the virtual display: the tool buttons sit at fixed places
 # of the 1280 by 1024 screen (no window manager, no title bars); the menus
@@ -32,11 +24,8 @@ trap 'rm -rf "$home"' EXIT
 cat >"$home/export.sh" <<'EXPORT'
 set -euo pipefail
 exe=$1 home=$2 out=$3
-"$exe" --home "$home" &
-pid=$!
-trap 'kill "$pid" 2>/dev/null || true' EXIT
-xdotool search --sync --onlyvisible --name '^Tessaly - ' >/dev/null
-sleep 1
+source "$4"
+launch_program "$exe" "$home"
 # A rectangle and a text on the page.
 xdotool mousemove 16 95 click 1
 sleep 0.3
@@ -65,7 +54,7 @@ import -window root "$out/export-pdf-done.png"
 xdotool key Return
 sleep 0.5
 EXPORT
-xvfb-run -a -s "-screen 0 1280x1024x24" bash "$home/export.sh" "$exe" "$home" "$out"
+run_steps "$home/export.sh"
 pdfinfo "$home/plan.pdf" | grep -E '^(Pages|Page size)'
 pdftoppm -r 60 -png -singlefile "$home/plan.pdf" "$out/export-pdf-page"
 ls -l "$out"/export-*.png "$out"/report-viewer.png

@@ -14,22 +14,15 @@
 # desktop program itself shows the e-mail window, reached by its menu with
 # xdotool.
 # Usage: scripts/screenshot-output.sh [build-dir] [output-dir]
-set -euo pipefail
-cd "$(dirname "$0")/.."
-build=${1:-build}
-out=${2:-docs/screenshots}
+source "$(dirname "$0")/screenshot-setup.sh"
 tests="$PWD/$build/tests/ui/ui_tests"
-[ -x "$tests" ] || { echo "no test program at $tests: build ui_tests first" >&2; exit 1; }
-mkdir -p "$out"
-out=$(cd "$out" && pwd)
-TESSALY_OUTPUT_SCREENSHOTS="$out" QT_QPA_PLATFORM=xcb \
-  xvfb-run -a -s "-screen 0 1280x1024x24" "$tests" --gtest_filter='OutputWindowsView.*'
+need_programs "no test program at $tests: build ui_tests first" "$tests"
+TESSALY_OUTPUT_SCREENSHOTS="$out" view_tests "$tests" 'OutputWindowsView.*'
 
 exe="$PWD/$build/app/tessaly/tessaly"
 driver="$PWD/$build/app/script/tessaly-script"
-[ -x "$exe" ] && [ -x "$driver" ] || { echo "build tessaly and tessaly-script for email-desktop.png" >&2; exit 1; }
-home=$(mktemp -d)
-trap 'rm -rf "$home"' EXIT
+need_programs "build tessaly and tessaly-script for email-desktop.png" "$exe" "$driver"
+temp_home
 "$exe" --install --home "$home"
 # Clients, sites and plans, made as a user of the database would.
 "$driver" --home "$home" - >/dev/null <<'SETUP'
@@ -45,11 +38,8 @@ SETUP
 cat >"$home/shoot.sh" <<'SHOOT'
 set -euo pipefail
 exe=$1 home=$2 out=$3
-"$exe" --home "$home" &
-pid=$!
-trap 'kill "$pid" 2>/dev/null || true' EXIT
-xdotool search --sync --onlyvisible --name '^Tessaly - ' >/dev/null
-sleep 1
+source "$4"
+launch_program "$exe" "$home"
 # File > Project Files > Email EMF Files To Client, by the keyboard.
 xdotool key alt+f
 sleep 0.5
@@ -77,5 +67,5 @@ import -window root "$out/email-desktop-spelling.png"
 xdotool key Return
 sleep 0.5
 SHOOT
-xvfb-run -a -s "-screen 0 1280x1024x24" bash "$home/shoot.sh" "$exe" "$home" "$out"
+run_steps "$home/shoot.sh"
 ls -l "$out"/email-*.png "$out"/colour-fill.png

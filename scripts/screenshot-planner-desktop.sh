@@ -9,17 +9,11 @@
 # The home is filled by the script driver: a client, a site with three time
 # lines and two cost lines. The program runs in the en_GB locale.
 # Usage: scripts/screenshot-planner-desktop.sh [build-dir] [output-dir]
-set -euo pipefail
-cd "$(dirname "$0")/.."
-build=${1:-build}
-out=${2:-docs/screenshots}
+source "$(dirname "$0")/screenshot-setup.sh"
 exe="$PWD/$build/app/tessaly/tessaly"
 driver="$PWD/$build/app/script/tessaly-script"
-[ -x "$exe" ] && [ -x "$driver" ] || { echo "build tessaly and tessaly-script first" >&2; exit 1; }
-mkdir -p "$out"
-out=$(cd "$out" && pwd)
-home=$(mktemp -d)
-trap 'rm -rf "$home"' EXIT
+need_programs "build tessaly and tessaly-script first" "$exe" "$driver"
+temp_home
 "$driver" --home "$home" - >/dev/null <<'SCRIPT'
 install
 start
@@ -66,5 +60,5 @@ xdotool mousemove $((X + 640)) $((Y + 427)) click 1
 sleep 2
 import -window root -crop 900x760+0+0 "$out/projects-desktop-report.png"
 SHOOT
-xvfb-run -a -s "-screen 0 1280x1024x24" bash "$home/shoot.sh" "$exe" "$home" "$out" "$PWD/scripts/desktop-steps.sh"
+run_steps "$home/shoot.sh"
 ls -l "$out"/projects-desktop-booking.png "$out"/projects-desktop-tip.png "$out"/projects-desktop-report.png

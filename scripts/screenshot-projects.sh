@@ -24,22 +24,15 @@
 # window when TESSALY_SHOT_DIR names a folder; the last is the desktop program
 # on a home that a script has filled.
 # Usage: scripts/screenshot-projects.sh [build-dir] [output-dir]
-set -euo pipefail
-cd "$(dirname "$0")/.."
-build=${1:-build}
-out=${2:-docs/screenshots}
+source "$(dirname "$0")/screenshot-setup.sh"
 tests="$PWD/$build/tests/ui/ui_tests"
-[ -x "$tests" ] || { echo "no test program at $tests: build ui_tests first" >&2; exit 1; }
-mkdir -p "$out"
-out=$(cd "$out" && pwd)
-TESSALY_SHOT_DIR="$out" QT_QPA_PLATFORM=xcb xvfb-run -a -s "-screen 0 1280x1024x24" \
-  "$tests" --gtest_filter='ProjectsView.*'
+need_programs "no test program at $tests: build ui_tests first" "$tests"
+TESSALY_SHOT_DIR="$out" view_tests "$tests" 'ProjectsView.*'
 
 exe="$PWD/$build/app/tessaly/tessaly"
 driver="$PWD/$build/app/script/tessaly-script"
-[ -x "$exe" ] && [ -x "$driver" ] || { echo "build tessaly and tessaly-script for projects-desktop.png" >&2; exit 1; }
-home=$(mktemp -d)
-trap 'rm -rf "$home"' EXIT
+need_programs "build tessaly and tessaly-script for projects-desktop.png" "$exe" "$driver"
+temp_home
 "$driver" --home "$home" - >/dev/null <<'SCRIPT'
 install
 start
@@ -79,5 +72,5 @@ xdotool mousemove $((X + 150)) $((Y + 104)) click 1
 sleep 1
 import -window root "$out/projects-desktop-drawings.png"
 SHOOT
-xvfb-run -a -s "-screen 0 1280x1024x24" bash "$home/shoot.sh" "$exe" "$home" "$out" "$PWD/scripts/desktop-steps.sh"
+run_steps "$home/shoot.sh"
 ls -l "$out"/projects-*.png

@@ -10,17 +10,10 @@
 # The window is built by the schedule showcase test of the view layer, which
 # saves its pictures in the folder that TESSALY_SHOT_DIR names.
 # Usage: scripts/screenshot-schedule.sh [build-dir] [output-dir]
-set -euo pipefail
-cd "$(dirname "$0")/.."
-build=${1:-build}
-out=${2:-docs/screenshots}
+source "$(dirname "$0")/screenshot-setup.sh"
 exe="$PWD/$build/tests/ui/ui_tests"
-[ -x "$exe" ] || { echo "no test program at $exe: build ui_tests first" >&2; exit 1; }
-mkdir -p "$out"
-out=$(cd "$out" && pwd)
-TESSALY_SHOT_DIR="$out" QT_QPA_PLATFORM=xcb \
-  xvfb-run -a -s "-screen 0 1280x1024x24" \
-  "$exe" --gtest_filter='ScheduleShowcase.*'
+need_programs "no test program at $exe: build ui_tests first" "$exe"
+TESSALY_SHOT_DIR="$out" view_tests "$exe" 'ScheduleShowcase.*'
 # The print's first page at 60 dots an inch.
 pdftoppm -png -r 60 -f 1 -l 1 -singlefile "$out/schedule-print.pdf" "$out/schedule-print"
 rm -f "$out/schedule-print.pdf"

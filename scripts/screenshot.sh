@@ -13,16 +13,10 @@
 #                          taken when build/tests/ui/ui_tests exists)
 # Usage: scripts/screenshot.sh [build-dir] [output-dir]
 # The program runs on a fresh application home made by `tessaly --install`.
-set -euo pipefail
-cd "$(dirname "$0")/.."
-build=${1:-build}
-out=${2:-docs/screenshots}
+source "$(dirname "$0")/screenshot-setup.sh"
 exe="$PWD/$build/app/tessaly/tessaly"
-[ -x "$exe" ] || { echo "no program at $exe: build first" >&2; exit 1; }
-mkdir -p "$out"
-out=$(cd "$out" && pwd)
-home=$(mktemp -d)
-trap 'rm -rf "$home"' EXIT
+need_programs "no program at $exe: build first" "$exe"
+temp_home
 "$exe" --install --home "$home"
 
 # The steps inside the virtual display. The screen is 1280 by 1024, so the
@@ -90,11 +84,10 @@ import -window root "$out/files-exit-prompt.png"
 xdotool key n
 sleep 1
 SHOOT
-xvfb-run -a -s "-screen 0 1280x1024x24" bash "$home/shoot.sh" "$exe" "$home" "$out"
+run_steps "$home/shoot.sh"
 
 tests="$PWD/$build/tests/ui/ui_tests"
 if [ -x "$tests" ]; then
-  TESSALY_FILES_SCREENSHOT_DIR="$out" QT_QPA_PLATFORM=xcb \
-    xvfb-run -a -s "-screen 0 1280x1024x24" "$tests" --gtest_filter='ImageConverterView.*' >/dev/null
+  TESSALY_FILES_SCREENSHOT_DIR="$out" view_tests "$tests" 'ImageConverterView.*' >/dev/null
 fi
 ls -l "$out"/*.png

@@ -183,6 +183,8 @@ private:
     // A panel over a tab with its shadow behind it, both hidden; a control inside a panel.
     void placePanel(Control& shadow, Control& dialog, const QRect& box, int tab);
     static void placeInside(Control& child, Control& dialog, int left, int top, int width, int height);
+    // An "OK" and a "Cancel" button side by side at the bottom right of a panel `width` by `height`.
+    static void placeOkCancel(Control& ok, Control& cancel, Control& dialog, int width, int height);
     // Layout of tabs 3 and 4 (frmClientSitesPlannerLayout.cpp).
     void buildPlannerTab();
     void buildTimeLinePanel();

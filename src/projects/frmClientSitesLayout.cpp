@@ -228,6 +228,14 @@ void frmClientSites::placeInside(Control& child, Control& dialog, int left, int 
     child.move(left, top, width, height);
 }
 
+void frmClientSites::placeOkCancel(Control& ok, Control& cancel, Control& dialog, int width, int height) {
+    const int top = height - ButtonHeight - ButtonsBottomGap;
+    ok.setCaption(QStringLiteral("OK"));
+    placeInside(ok, dialog, width - 2 * (SmallButton + Margin), top, SmallButton, ButtonHeight);
+    cancel.setCaption(QStringLiteral("Cancel"));
+    placeInside(cancel, dialog, width - SmallButton - Margin, top, SmallButton, ButtonHeight);
+}
+
 void frmClientSites::buildPlanDialogs() {
     const QRect box(DialogLeft, DialogTop, DialogWidth, DialogHeight);
     const auto panel = [this, &box](Control& shadow, Control& dialog) {
@@ -235,7 +243,6 @@ void frmClientSites::buildPlanDialogs() {
     };
     const auto inside = placeInside;
     constexpr int Inner = DialogWidth - 2 * Margin;
-    constexpr int ButtonTop = DialogHeight - ButtonHeight - 180;
 
     panel(NewPlanDialogShd, NewPlanDialog);
     Control& planLabel = add(ControlKind::Label, QStringLiteral("lblPlanDesc"));
@@ -251,12 +258,7 @@ void frmClientSites::buildPlanDialogs() {
         inside(option, NewPlanDialog, Margin, 930 + i * 360, Inner, 300);
     }
     Option1(1).setProp(QStringLiteral("Value"), 1); // landscape is chosen at design time
-    cmdOk.setCaption(QStringLiteral("OK"));
-    inside(cmdOk, NewPlanDialog, DialogWidth - 2 * (SmallButton + Margin), ButtonTop, SmallButton,
-           ButtonHeight);
-    cmdCancel.setCaption(QStringLiteral("Cancel"));
-    inside(cmdCancel, NewPlanDialog, DialogWidth - SmallButton - Margin, ButtonTop, SmallButton,
-           ButtonHeight);
+    placeOkCancel(cmdOk, cmdCancel, NewPlanDialog, DialogWidth, DialogHeight);
 
     panel(ImportPlanDialogShadow, ImportPlanDialog);
     inside(txtImportFile, ImportPlanDialog, Margin, 180, Inner, BoxHeight);
@@ -264,12 +266,7 @@ void frmClientSites::buildPlanDialogs() {
     importLabel.setCaption(QStringLiteral("Imported Drawing Plan Description"));
     inside(importLabel, ImportPlanDialog, Margin, 660, Inner, 300);
     inside(txtImportName, ImportPlanDialog, Margin, 960, Inner, BoxHeight);
-    cmdImportOK.setCaption(QStringLiteral("OK"));
-    inside(cmdImportOK, ImportPlanDialog, DialogWidth - 2 * (SmallButton + Margin), ButtonTop, SmallButton,
-           ButtonHeight);
-    cmdImportCancel.setCaption(QStringLiteral("Cancel"));
-    inside(cmdImportCancel, ImportPlanDialog, DialogWidth - SmallButton - Margin, ButtonTop, SmallButton,
-           ButtonHeight);
+    placeOkCancel(cmdImportOK, cmdImportCancel, ImportPlanDialog, DialogWidth, DialogHeight);
 }
 
 } // namespace tessaly

@@ -28,5 +28,7 @@ constexpr int ShadowOffset = 90;
 constexpr unsigned ShadowColour = 0x808080; // dark grey
 constexpr unsigned PanelColour = 0xE0E0E0;  // light grey
 constexpr int SmallButton = 1080;
+// Room under the OK and Cancel buttons at a panel's foot.
+constexpr int ButtonsBottomGap = 180;
 
 } // namespace tessaly::layout

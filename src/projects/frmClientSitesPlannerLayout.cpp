@@ -114,13 +114,8 @@ void frmClientSites::buildTimeLinePanel() {
     placeInside(label, picTimeLine, Margin, 180, inner, 300);
     placeInside(txtTimeLineDesc, picTimeLine, Margin, 480, inner, BoxHeight);
     txtTimeLineDesc.setBackColor(EditColour);
-    const int buttonTop = TimeLinePanel.height() - ButtonHeight - 180;
-    cmdAddTimeLine.setCaption(QStringLiteral("OK"));
-    placeInside(cmdAddTimeLine, picTimeLine, TimeLinePanel.width() - 2 * (SmallButton + Margin), buttonTop,
-                SmallButton, ButtonHeight);
-    cmdCancelTimeLine.setCaption(QStringLiteral("Cancel"));
-    placeInside(cmdCancelTimeLine, picTimeLine, TimeLinePanel.width() - SmallButton - Margin, buttonTop,
-                SmallButton, ButtonHeight);
+    placeOkCancel(cmdAddTimeLine, cmdCancelTimeLine, picTimeLine, TimeLinePanel.width(),
+                  TimeLinePanel.height());
 }
 
 void frmClientSites::buildBookingPanel() {
@@ -159,13 +154,7 @@ void frmClientSites::buildBookingPanel() {
     label("lblComments", "Comments:", top);
     txtBarComments.setProp(QStringLiteral("MultiLine"), true);
     placeInside(txtBarComments, ScheduleItem, BookingValueLeft, top, BookingValueWidth, CommentsHeight);
-    const int buttonTop = BookingHeight - ButtonHeight - 180;
-    cmdSaveSchedule.setCaption(QStringLiteral("OK"));
-    placeInside(cmdSaveSchedule, ScheduleItem, BookingWidth - 2 * (SmallButton + Margin), buttonTop,
-                SmallButton, ButtonHeight);
-    cmdCancelSchedule.setCaption(QStringLiteral("Cancel"));
-    placeInside(cmdCancelSchedule, ScheduleItem, BookingWidth - SmallButton - Margin, buttonTop, SmallButton,
-                ButtonHeight);
+    placeOkCancel(cmdSaveSchedule, cmdCancelSchedule, ScheduleItem, BookingWidth, BookingHeight);
 }
 
 void frmClientSites::buildCostsTab() {

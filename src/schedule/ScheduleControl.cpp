@@ -15,7 +15,7 @@
 namespace tessaly::schedule {
 
 namespace {
-// The range a new control shows: from today, this many days.
+// The range a new control shows: from today (the present the program reads), this many days.
 constexpr int DesignRangeDays = 30;
 // Least and most points of a row's height.
 constexpr int MinRowSetting = 1;

@@ -49,21 +49,15 @@ bool hasContainer(const Control& c) {
     return !c.prop(QStringLiteral("Container")).toString().isEmpty();
 }
 
-// Controls that report a plain mouse click as their Click event; buttons and
-// lists report it through their own signals.
-// The platform's value of a mouse button.
-int platformMouseButton(Qt::MouseButton button) {
-    constexpr int Left = 1, Right = 2, Middle = 4;
-    switch (button) {
-    case Qt::RightButton:
-        return Right;
-    case Qt::MiddleButton:
-        return Middle;
-    default:
-        return Left;
-    }
+// The platform's value of a pressed mouse button; a button beyond the left,
+// right and middle ones counts as the left.
+int pressedButton(Qt::MouseButton button) {
+    const int code = platformButton(button);
+    return code != 0 ? code : platformButton(Qt::LeftButton);
 }
 
+// Controls that report a plain mouse click as their Click event; buttons and
+// lists report it through their own signals.
 bool clickedByMouse(ControlKind kind) {
     return kind == ControlKind::Label || kind == ControlKind::PictureBox || kind == ControlKind::Frame ||
            kind == ControlKind::Canvas;
@@ -529,7 +523,7 @@ bool FormView::controlEvent(Control& c, QEvent* event) {
         // position in twips, for the controls that handle it.
         if (!clickedByMouse(c.kind()) && form_->hasHandler(c.name(), QStringLiteral("MouseDown"))) {
             const auto* mouse = static_cast<QMouseEvent*>(event);
-            const int button = platformMouseButton(mouse->button());
+            const int button = pressedButton(mouse->button());
             EventArgs args{button, platformShiftMask(mouse->modifiers()),
                            toTwips(qRound(mouse->position().x())), toTwips(qRound(mouse->position().y()))};
             userInput([&] { c.form().raiseEvent(c, QStringLiteral("MouseDown"), args); });

@@ -1,6 +1,7 @@
 // The dialogs of the page, view and shape commands, built as windows by the
 // view layer: each shows its captions, and with TESSALY_SHOT_DIR set each is
 // saved as a picture for a look.
+#include "UiTestSupport.h"
 #include "core/install/Installer.h"
 #include "core/port/ScriptedUiPort.h"
 #include "core/runtime/Waiter.h"
@@ -10,7 +11,6 @@
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QDir>
 #include <QLabel>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -53,12 +53,8 @@ protected:
         view.resize(view.initialSize());
         view.show();
         QApplication::processEvents();
-        const QByteArray shots = qgetenv("TESSALY_SHOT_DIR");
-        if (!shots.isEmpty()) {
-            QDir().mkpath(QString::fromLocal8Bit(shots));
-            view.grab().save(QString::fromLocal8Bit(shots) +
-                             QStringLiteral("/dialog-%1.png").arg(QString::fromLatin1(formName)));
-        }
+        ui::testing::saveShot(view, "TESSALY_SHOT_DIR",
+                              QStringLiteral("dialog-%1.png").arg(QString::fromLatin1(formName)));
         EXPECT_GT(view.width(), 100);
         EXPECT_GT(view.height(), 100);
         return shownTexts(view);

@@ -92,12 +92,8 @@ TEST_F(ImageConverterView, ALoadedPictureAndAPickedColourAreShown) {
     EXPECT_EQ(widget<QLabel>(form.Label2)->text(), QStringLiteral("Pic Point On Height: 239"));
     EXPECT_EQ(widget<QLabel>(form.Label3)->text(), QStringLiteral("359 239"));
 
-    const QByteArray shots = qgetenv("TESSALY_FILES_SCREENSHOT_DIR");
-    if (!shots.isEmpty()) {
-        testing::processPending();
-        ASSERT_TRUE(view.grab().save(
-            QDir(QString::fromLocal8Bit(shots)).filePath(QStringLiteral("files-converter.png"))));
-    }
+    ASSERT_TRUE(
+        testing::saveShot(view, "TESSALY_FILES_SCREENSHOT_DIR", QStringLiteral("files-converter.png")));
 }
 
 } // namespace

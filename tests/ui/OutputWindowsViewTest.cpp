@@ -38,11 +38,7 @@ using colour::PaintSurface;
 
 // Saves a window when the screenshot folder is set.
 void shoot(QWidget& window, const QString& name) {
-    const QString folder = qEnvironmentVariable("TESSALY_OUTPUT_SCREENSHOTS");
-    if (folder.isEmpty())
-        return;
-    QDir().mkpath(folder);
-    window.grab().save(folder + QLatin1Char('/') + name + QStringLiteral(".png"));
+    testing::saveShot(window, "TESSALY_OUTPUT_SCREENSHOTS", name + QStringLiteral(".png"));
 }
 
 class OutputWindowsView : public ::testing::Test {

@@ -24,7 +24,6 @@
 #include "workspace/Application.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -139,12 +138,8 @@ protected:
     }
     void shoot(QWidget& window, const char* name) {
         QApplication::processEvents();
-        const QByteArray shots = qgetenv("TESSALY_SHOT_DIR");
-        if (shots.isEmpty())
-            return;
-        QDir().mkpath(QString::fromLocal8Bit(shots));
-        window.grab().save(QString::fromLocal8Bit(shots) +
-                           QStringLiteral("/projects-%1.png").arg(QLatin1String(name)));
+        testing::saveShot(window, "TESSALY_SHOT_DIR",
+                          QStringLiteral("projects-%1.png").arg(QLatin1String(name)));
     }
 };
 

@@ -268,14 +268,7 @@ protected:
     }
 
     // Saves the window when TESSALY_SHOT_DIR names a folder.
-    void shoot(const QString& name) {
-        const QString dir = qEnvironmentVariable("TESSALY_SHOT_DIR");
-        if (dir.isEmpty())
-            return;
-        QDir().mkpath(dir);
-        testing::processPending();
-        EXPECT_TRUE(view.grab().save(QDir(dir).filePath(name)));
-    }
+    void shoot(const QString& name) { EXPECT_TRUE(testing::saveShot(view, "TESSALY_SHOT_DIR", name)); }
 };
 
 TEST_F(ScheduleShowcase, TwentyBarsOnFiveRowsWithATip) {

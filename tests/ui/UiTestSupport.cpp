@@ -1,6 +1,8 @@
 #include "UiTestSupport.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QWidget>
 
 namespace tessaly::ui::testing {
 
@@ -17,6 +19,15 @@ void RecordingForm::recordForm(const QString& event) {
 
 void processPending() {
     QCoreApplication::processEvents();
+}
+
+bool saveShot(QWidget& window, const char* variable, const QString& fileName) {
+    const QString folder = qEnvironmentVariable(variable);
+    if (folder.isEmpty())
+        return true;
+    QDir().mkpath(folder);
+    processPending();
+    return window.grab().save(QDir(folder).filePath(fileName));
 }
 
 } // namespace tessaly::ui::testing

@@ -10,6 +10,8 @@
 #include <gtest/gtest.h>
 #include <memory>
 
+class QWidget;
+
 #include "Printing.h"
 
 namespace tessaly::ui::testing {
@@ -46,5 +48,10 @@ struct ScriptedApp {
 
 // Lets queued events run (no wait: only what is pending now).
 void processPending();
+
+// Saves `window`, once the pending events have run, as `fileName` in the
+// folder that the environment variable `variable` names (made when missing);
+// nothing is saved when the variable is unset. False when the save fails.
+bool saveShot(QWidget& window, const char* variable, const QString& fileName);
 
 } // namespace tessaly::ui::testing

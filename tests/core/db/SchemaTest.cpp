@@ -102,8 +102,9 @@ TEST_P(Schema, KeysAreNumberedByTheDatabaseAndNeverReused) {
 }
 
 TEST_P(Schema, DatesOfAddingAndTheColourFlagHaveDefaults) {
-    const double before =
-        values::serialFromDate(QDateTime(QDate::currentDate(), QTime::currentTime().addSecs(-120), Qt::UTC));
+    // Two minutes before now, read once, so that the date and time agree across midnight.
+    const QDateTime earlier = QDateTime::currentDateTime().addSecs(-120);
+    const double before = values::serialFromDate(QDateTime(earlier.date(), earlier.time(), Qt::UTC));
     const int client = addClient(connectionString(), QStringLiteral("Client"));
     const int site = addSite(connectionString(), client, QStringLiteral("Site"), QStringLiteral("1 High St"));
     Connection c;
